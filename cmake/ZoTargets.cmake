@@ -1,0 +1,52 @@
+# The one place for compiler flags, and the functions every folder declares its target with.
+
+option(ZO_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(zo_flags INTERFACE)
+target_compile_options(zo_flags INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wno-sign-conversion)
+target_compile_definitions(zo_flags INTERFACE QT_NO_CAST_TO_ASCII)
+if(ZO_SANITIZE)
+  target_compile_options(zo_flags INTERFACE -fsanitize=address,undefined
+    -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g1)
+  target_link_options(zo_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+find_program(ZO_CCACHE ccache)
+if(ZO_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${ZO_CCACHE})
+endif()
+find_program(ZO_MOLD mold)
+if(ZO_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+# zo_library(NAME SOURCES... HEADERS... [PRIVATE_HEADERS...] LINK...)
+# HEADERS are public: each is compiled alone by the all_verify_interface_header_sets target.
+function(zo_library name)
+  cmake_parse_arguments(A "" "" "SOURCES;HEADERS;PRIVATE_HEADERS;LINK;LINK_PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${A_SOURCES} ${A_PRIVATE_HEADERS})
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${A_HEADERS})
+  target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE zo_flags ${A_LINK_PRIVATE})
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# zo_program(NAME SOURCES... LINK...)
+function(zo_program name)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${A_SOURCES})
+  target_link_libraries(${name} PRIVATE zo_flags ${A_LINK})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+endfunction()
+
+# zo_test(NAME SOURCES... LINK... [TIMEOUT SECONDS]): one GoogleTest program, every test of it one ctest test.
+function(zo_test name)
+  cmake_parse_arguments(A "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  if(NOT A_TIMEOUT)
+    set(A_TIMEOUT 120)
+  endif()
+  zo_program(${name} SOURCES ${A_SOURCES} LINK ${A_LINK} zo_test_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${A_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
