@@ -1,5 +1,5 @@
-#include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
+#include "platform/ExceptionDisplay.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,8 @@ TEST(Exceptions, OfOtherLibrariesAreNamedByTheirType) {
 
 TEST(ExceptionDisplay, GetsWhatAGuardedCallRaises) {
     QString shown;
-    auto previous = SetExceptionDisplay([&](QWidget*, const std::exception& e) { shown = ExceptionMessage(e); });
+    auto previous =
+        SetExceptionDisplay([&](QWidget*, const std::exception& e) { shown = ExceptionMessage(e); });
     EXPECT_FALSE(GuardedCall(nullptr, [] { throw EConvertError(QStringLiteral("not a number")); }));
     EXPECT_EQ(shown, QStringLiteral("not a number"));
     EXPECT_TRUE(GuardedCall(nullptr, [] {}));
