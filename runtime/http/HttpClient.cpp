@@ -1,0 +1,6 @@
+#include "runtime/http/HttpClient.h"
+
+class TZOHttpClient::TImpl {};
+
+TZOHttpClient::TZOHttpClient() = default;
+TZOHttpClient::~TZOHttpClient() = default;

@@ -1,0 +1,46 @@
+// HTTP exchanges over libcurl, on the calling thread.
+#pragma once
+
+#include "runtime/http/HttpMessage.h"
+
+#include <functional>
+#include <memory>
+
+/// Sends requests and reads answers. Connections are kept open between the requests of one client.
+/// Certificates are always checked. Only http and https are spoken.
+class TZOHttpClient {
+public:
+    /// Bounds that a request must keep to.
+    struct TLimits {
+        int ConnectTimeoutMs = 15'000;
+        /// How long a connection may stay silent, in milliseconds.
+        int StallTimeoutMs = 60'000;
+        int MaxRedirects = 10;
+        /// Bytes that a body kept in memory may have, after decompression.
+        qint64 MaxBodyBytes = qint64(1) << 30;
+    };
+    /// Called at least every 50 ms while a request is under way; false cancels it (EZOCancelledError).
+    using TIdle = std::function<bool(qint64 ABytesSent, qint64 ABytesReceived)>;
+
+    TZOHttpClient();
+    TZOHttpClient(const TZOHttpClient&) = delete;
+    TZOHttpClient& operator=(const TZOHttpClient&) = delete;
+    ~TZOHttpClient();
+
+    TLimits& Limits() noexcept { return FLimits; }
+    void SetIdle(TIdle AIdle) { FIdle = std::move(AIdle); }
+    /// A PEM file with the certificates to trust instead of the system's; empty: the system's.
+    void SetCaFile(const QString& APath) { FCaFile = APath; }
+
+    /// Sends ARequest, follows redirects, and returns the final answer whatever its status is. Credentials
+    /// stay with the origin (scheme, host and port) of ARequest.Url, and a body is never sent to another
+    /// origin. Raises the failures of runtime/types/Failures.h that happen on the way.
+    TZOHttpResponse Execute(const TZOHttpRequest& ARequest);
+
+private:
+    class TImpl;
+    std::unique_ptr<TImpl> FImpl;
+    TLimits FLimits;
+    TIdle FIdle;
+    QString FCaFile;
+};

@@ -1,0 +1,103 @@
+#include "runtime/service/RestService.h"
+
+#include "runtime/http/HttpClient.h"
+
+#include "runtime/types/Failures.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+
+namespace {
+
+/// Counts as configured, and is never sent: the service needs no credentials.
+const QString& NoKeyNeeded() {
+    static const QString text = QStringLiteral("none needed");
+    return text;
+}
+
+} // namespace
+
+TZORestService::TZORestService(const TZORestServiceClass* AClass, QObject* AOwner)
+    : QObject(AOwner), FClass(AClass), FServerUrl(TypeInfo()->BaseUrl()) {
+    const auto& schemes = TypeInfo()->Schemes();
+    if (!TypeInfo()->NeedsCredentials())
+        FApiKey = NoKeyNeeded();
+    if (std::any_of(schemes.begin(), schemes.end(), [](const auto& s) { return s.Kind == skOAuth2; }))
+        FRedirectUrl = QStringLiteral("http://127.0.0.1/callback");
+    SetDefaultScopes();
+}
+
+TZORestService::~TZORestService() { FFreeNotifier.AnnounceRemoval(this); }
+
+const TZORestService::TTypeInfo* TZORestService::TypeInfo() const { return FClass->TypeInfo(); }
+
+void TZORestService::Loaded() {}
+
+void TZORestService::SetDefaultScopes() {
+    FScopes.clear();
+    for (const TScope& scope : TypeInfo()->Scopes()) {
+        if (scope.Default)
+            FScopes.append(scope.Name);
+    }
+}
+
+QString TZORestService::GetToken() const { return FToken.AccessToken; }
+
+void TZORestService::SetToken(const QString& AAccessToken, const QString& ARefreshToken,
+                              qint64 AExpiresAtMs) {
+    FToken = {AAccessToken, ARefreshToken, AExpiresAtMs};
+    TokenChanged();
+}
+
+void TZORestService::SaveToken(QIODevice* AStream) const {
+    const QByteArray bytes = FToken.ToBytes();
+    if (AStream->write(bytes) != bytes.size())
+        throw EStreamError(QStringLiteral("The token could not be written: %1").arg(AStream->errorString()));
+}
+
+void TZORestService::LoadToken(QIODevice* AStream) {
+    FToken = TZOTokenState::FromBytes(AStream->readAll());
+    TokenChanged();
+}
+
+void TZORestService::ResetToken() {
+    FToken = {};
+    TokenChanged();
+}
+
+void TZORestService::RefreshAccess() {
+    if (FToken.RefreshToken.isEmpty())
+        throw EZOAuthorizationError(
+            QStringLiteral("%1 holds no refresh token to renew its access with.").arg(FClass->ClassName()));
+}
+
+TZOHttpClient& TZORestService::HttpClient() {
+    if (!FHttpClient)
+        FHttpClient = std::make_unique<TZOHttpClient>();
+    return *FHttpClient;
+}
+
+void TZORestService::TokenChanged() { Q_EMIT TokenReported(); }
+
+TZORestService::TTypeInfo::TTypeInfo(TDeclaration ADeclaration, std::unique_ptr<TZOTypeLibrary> ATypes)
+    : TZOTypeInfo(vkService, ADeclaration.Name, ADeclaration.Description),
+      FDeclaration(std::move(ADeclaration)),
+      FTypes(std::move(ATypes)) {}
+
+bool TZORestService::TTypeInfo::NeedsCredentials() const {
+    const auto isNeeded = [](const std::vector<TZOSecurityAlternative>& AAlternatives) {
+        return !AAlternatives.empty() &&
+               std::none_of(AAlternatives.begin(), AAlternatives.end(),
+                            [](const TZOSecurityAlternative& a) { return a.Schemes.empty(); });
+    };
+    return std::any_of(Opers().begin(), Opers().end(), [&](const TOper& oper) {
+        return isNeeded(oper.Http.HasOwnSecurity ? oper.Http.Security : Security());
+    });
+}
+
+POper TZORestService::TTypeInfo::FindOper(const TZOTypeInfo* ARequest) const {
+    const auto found =
+        std::find_if(Opers().begin(), Opers().end(), [&](const TOper& o) { return o.Request == ARequest; });
+    return found == Opers().end() ? nullptr : &*found;
+}

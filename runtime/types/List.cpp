@@ -1,0 +1,67 @@
+#include "runtime/types/List.h"
+
+#include "runtime/types/SlotArray.h"
+
+#include "platform/Exceptions.h"
+
+ZOList::ZOList(const TTypeInfo* AType) : FType(AType) {}
+
+ZOList::ZOList(const ZOList& ASource) : FType(ASource.FType) {
+    if (ASource.FSlots)
+        Slots().CopyFrom(FType->ItemType(), *ASource.FSlots);
+}
+
+ZOList::~ZOList() {
+    if (FSlots)
+        FSlots->Clear(FType->ItemType());
+}
+
+TZOSlotArray& ZOList::Slots() {
+    if (!FSlots)
+        FSlots = std::make_unique<TZOSlotArray>();
+    return *FSlots;
+}
+
+int ZOList::Count() const noexcept { return FSlots ? FSlots->Count() : 0; }
+
+void ZOList::CheckIndex(int AIndex) const {
+    if (AIndex < 0 || AIndex >= Count())
+        throw EListError(QStringLiteral("List index out of bounds (%1)").arg(AIndex));
+}
+
+bool ZOList::GetItem(int AIndex, void*& ARef) const {
+    if (AIndex < 0 || AIndex >= Count() || !FSlots->IsPresent(AIndex))
+        return false;
+    ARef = FSlots->At(AIndex);
+    return true;
+}
+
+void ZOList::GetByRef(int AIndex, void*& ARef) {
+    CheckIndex(AIndex);
+    SetItem(AIndex, true, ARef);
+}
+
+bool ZOList::SetItem(int AIndex, bool AHasValue, void*& ARef) {
+    if (AIndex < 0 || AIndex >= Count())
+        return false;
+    FSlots->SetPresent(FType->ItemType(), AIndex, AHasValue);
+    if (AHasValue)
+        ARef = FSlots->At(AIndex);
+    return true;
+}
+
+bool ZOList::Insert(int AIndex, bool AHasValue, void*& ARef) {
+    if (AIndex < 0 || AIndex > Count())
+        return false;
+    Slots().Insert(FType->ItemType(), AIndex, AHasValue);
+    if (AHasValue)
+        ARef = FSlots->At(AIndex);
+    return true;
+}
+
+void ZOList::Delete(int AIndex) {
+    CheckIndex(AIndex);
+    FSlots->Delete(FType->ItemType(), AIndex);
+}
+
+void ZOList::Reserve(int ACount) { Slots().Reserve(FType->ItemType(), ACount); }

@@ -1,0 +1,177 @@
+#include "runtime/types/Object.h"
+
+#include "runtime/types/Storage.h"
+
+#include "platform/Exceptions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+/// Where the parts of an instance stand, in bytes from its start.
+struct ZOObject::TTypeInfo::TLayout {
+    std::vector<quint32> Offsets; // by property index
+    quint32 PresenceBytes = 0;
+    quint32 Size = 0;
+};
+
+namespace {
+
+constexpr std::size_t HeaderSize = sizeof(ZOObject);
+
+unsigned char* BlockOf(const ZOObject* AObject) {
+    return reinterpret_cast<unsigned char*>(const_cast<ZOObject*>(AObject));
+}
+
+bool IsPresent(const ZOObject* AObject, int AIndex) {
+    return (BlockOf(AObject)[HeaderSize + static_cast<std::size_t>(AIndex / 8)] >> (AIndex % 8)) & 1;
+}
+
+void MarkPresent(ZOObject* AObject, int AIndex, bool AHasValue) {
+    unsigned char& bits = BlockOf(AObject)[HeaderSize + static_cast<std::size_t>(AIndex / 8)];
+    const auto mask = static_cast<unsigned char>(1u << (AIndex % 8));
+    bits = static_cast<unsigned char>(AHasValue ? bits | mask : bits & ~mask);
+}
+
+} // namespace
+
+ZOObject::~ZOObject() {
+    const TTypeInfo::TLayout& layout = FType->Layout();
+    for (int i = 0; i < FType->PropertyCount(); ++i) {
+        if (IsPresent(this, i))
+            ZOStorage::Destroy(FType->Property(i)->Type,
+                               BlockOf(this) + layout.Offsets[static_cast<std::size_t>(i)]);
+    }
+}
+
+ZOObject::TTypeInfo::TTypeInfo(const QString& AName, const QString& ADescription)
+    : TZOTypeInfo(vkObject, AName, ADescription) {}
+
+ZOObject::TTypeInfo::~TTypeInfo() = default;
+
+PProperty ZOObject::TTypeInfo::FindProperty(QStringView AName) const {
+    const QByteArray name = AName.toUtf8();
+    return FindPropertyUtf8({name.constData(), static_cast<std::size_t>(name.size())});
+}
+
+PProperty ZOObject::TTypeInfo::FindPropertyUtf8(std::string_view AName) const {
+    const auto found = FByName.find(AName);
+    return found == FByName.end() ? nullptr : Property(found->second);
+}
+
+const ZOObject::TSubtype* ZOObject::TTypeInfo::GetSubtypeByType(const TZOTypeInfo* AActual) const {
+    const auto found = std::find_if(FSubtypes.begin(), FSubtypes.end(),
+                                    [&](const TSubtype& s) { return s.Type == AActual; });
+    return found == FSubtypes.end() ? nullptr : &*found;
+}
+
+const ZOObject::TSubtype* ZOObject::TTypeInfo::FindSubtype(QStringView AName) const {
+    const auto found =
+        std::find_if(FSubtypes.begin(), FSubtypes.end(), [&](const TSubtype& s) { return s.Name == AName; });
+    return found == FSubtypes.end() ? nullptr : &*found;
+}
+
+std::unique_ptr<ZOObject> ZOObject::TTypeInfo::CreateInstance() const {
+    const TLayout& layout = Layout();
+    void* block = ::operator new(layout.Size);
+    std::unique_ptr<ZOObject> object(new (block) ZOObject(this));
+    std::memset(BlockOf(object.get()) + HeaderSize, 0, layout.PresenceBytes);
+    return object;
+}
+
+const ZOObject::TTypeInfo::TLayout& ZOObject::TTypeInfo::Layout() const {
+    if (FLayout)
+        return *FLayout;
+    auto layout = std::make_unique<TLayout>();
+    layout->PresenceBytes = static_cast<quint32>((FProperties.size() + 7) / 8);
+    std::size_t offset = HeaderSize + layout->PresenceBytes;
+    layout->Offsets.resize(FProperties.size());
+    // Small properties first fill the space behind the presence bits.
+    for (const std::size_t align : {1u, 2u, 4u, 8u}) {
+        for (PProperty property : FProperties) {
+            if (ZOStorage::Align(property->Type) != align)
+                continue;
+            offset = (offset + align - 1) / align * align;
+            layout->Offsets[static_cast<std::size_t>(property->Index)] = static_cast<quint32>(offset);
+            offset += ZOStorage::Size(property->Type);
+        }
+    }
+    layout->Size = static_cast<quint32>(offset);
+    FLayout = std::move(layout);
+    return *FLayout;
+}
+
+void ZOObject::TTypeInfo::AddGroup(const QString& AName) { FGroups.push_back({AName, {}}); }
+
+void ZOObject::TTypeInfo::AddProperty(TProperty AProperty) {
+    if (FLayout)
+        throw EListError(QStringLiteral("Type %1 is in use and takes no more properties").arg(Name()));
+    FUtf8Names.push_back(AProperty.Name.toStdString());
+    if (!FByName.emplace(FUtf8Names.back(), PropertyCount()).second)
+        throw EListError(QStringLiteral("Type %1 already has a property %2").arg(Name(), AProperty.Name));
+    AProperty.Index = PropertyCount();
+    FGroups.back().Properties.push_back(std::move(AProperty));
+    IndexProperties();
+}
+
+void ZOObject::TTypeInfo::IndexProperties() {
+    FProperties.clear();
+    for (const TGroup& group : FGroups) {
+        for (const TProperty& property : group.Properties)
+            FProperties.push_back(&property);
+    }
+}
+
+const ZOObject::TTypeInfo* ZOObject::TData::Type(const ZOObject* AObject) { return AObject->FType; }
+
+bool ZOObject::TData::GetProp(const ZOObject* AObject, int AIndex, void*& ARef) {
+    if (!AObject || !IsPresent(AObject, AIndex))
+        return false;
+    ARef = BlockOf(AObject) + AObject->FType->Layout().Offsets[static_cast<std::size_t>(AIndex)];
+    return true;
+}
+
+bool ZOObject::TData::GetProp(const ZOObject* AObject, QStringView AName, void*& ARef) {
+    if (!AObject)
+        return false;
+    const PProperty property = AObject->FType->FindProperty(AName);
+    return property && GetProp(AObject, property->Index, ARef);
+}
+
+bool ZOObject::TData::SetProp(ZOObject* AObject, int AIndex, bool AHasValue, void*& ARef) {
+    if (!AObject)
+        return false;
+    const TZOTypeInfo* type = AObject->FType->Property(AIndex)->Type;
+    void* storage = BlockOf(AObject) + AObject->FType->Layout().Offsets[static_cast<std::size_t>(AIndex)];
+    if (IsPresent(AObject, AIndex) != AHasValue) {
+        if (AHasValue)
+            ZOStorage::Construct(type, storage);
+        MarkPresent(AObject, AIndex, AHasValue);
+        if (!AHasValue)
+            ZOStorage::Destroy(type, storage);
+    }
+    if (AHasValue)
+        ARef = storage;
+    return true;
+}
+
+void ZOObject::TData::GetByRef(ZOObject* AObject, int AIndex, void*& ARef) {
+    SetProp(AObject, AIndex, true, ARef);
+}
+
+std::unique_ptr<ZOObject> ZOObject::TData::Clone(const ZOObject* AObject) {
+    if (!AObject)
+        return nullptr;
+    const TTypeInfo* type = AObject->FType;
+    auto copy = type->CreateInstance();
+    for (int i = 0; i < type->PropertyCount(); ++i) {
+        void* source = nullptr;
+        if (!GetProp(AObject, i, source))
+            continue;
+        ZOStorage::CopyConstruct(type->Property(i)->Type,
+                                 BlockOf(copy.get()) + type->Layout().Offsets[static_cast<std::size_t>(i)],
+                                 source);
+        MarkPresent(copy.get(), i, true);
+    }
+    return copy;
+}

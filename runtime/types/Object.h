@@ -1,0 +1,125 @@
+// Objects: a fixed set of named properties, each present or absent.
+#pragma once
+
+#include "runtime/types/TypeInfo.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+/// One object value. An instance is one block of memory: this header, presence bits, then the storage of
+/// its properties. The slot that holds the reference owns the instance.
+class ZOObject {
+public:
+    struct TProperty;
+    struct TGroup;
+    struct TSubtype;
+    class TTypeInfo;
+    class TData;
+
+    ZOObject(const ZOObject&) = delete;
+    ZOObject& operator=(const ZOObject&) = delete;
+    ~ZOObject();
+    /// Instances are longer than their header, so their size must not be passed on.
+    static void operator delete(void* ABlock) { ::operator delete(ABlock); }
+
+private:
+    explicit ZOObject(const TTypeInfo* AType) : FType(AType) {}
+
+    const TTypeInfo* FType;
+};
+
+using PProperty = const struct ZOObject::TProperty*;
+
+/// One property of an object type.
+struct ZOObject::TProperty {
+    int Index = 0; ///< addresses the property in TData; counts through all groups
+    QString Name;  ///< unique within the type
+    const TZOTypeInfo* Type = nullptr;
+    QString Description;
+    bool Required = false;
+    bool ReadOnly = false; ///< the server sets it: not offered in requests
+};
+
+/// Properties that came into a type together: one group for each base type, then the type's own.
+struct ZOObject::TGroup {
+    QString Name;
+    std::vector<TProperty> Properties;
+};
+
+/// One concrete type that a polymorphic object may have.
+struct ZOObject::TSubtype {
+    QString Name; ///< the discriminator's value
+    const TTypeInfo* Type = nullptr;
+};
+
+class ZOObject::TTypeInfo : public TZOTypeInfo {
+public:
+    ~TTypeInfo() override;
+
+    const std::vector<TGroup>& Groups() const { return FGroups; }
+    int PropertyCount() const { return static_cast<int>(FProperties.size()); }
+    /// AIndex from 0 to PropertyCount()-1.
+    PProperty Property(int AIndex) const { return FProperties[static_cast<std::size_t>(AIndex)]; }
+    /// The property of that name, or null.
+    PProperty FindProperty(QStringView AName) const;
+    /// The same for a name in UTF-8.
+    PProperty FindPropertyUtf8(std::string_view AName) const;
+    /// The name of property AIndex in UTF-8.
+    std::string_view PropertyNameUtf8(int AIndex) const {
+        return FUtf8Names[static_cast<std::size_t>(AIndex)];
+    }
+
+    /// The key whose value names the subtype; empty when the type is not polymorphic.
+    const QString& DiscriminatorName() const noexcept { return FDiscriminatorName; }
+    bool GetHasSubtypes() const noexcept { return !FSubtypes.empty(); }
+    const std::vector<TSubtype>& Subtypes() const noexcept { return FSubtypes; }
+    /// The entry whose type is AActual, or null.
+    const TSubtype* GetSubtypeByType(const TZOTypeInfo* AActual) const;
+    /// The entry of that name, or null.
+    const TSubtype* FindSubtype(QStringView AName) const;
+
+    /// A new instance of exactly this type, all its properties absent.
+    std::unique_ptr<ZOObject> CreateInstance() const;
+
+private:
+    friend class TZOTypeLibrary;
+    friend class TZOObjectBuilder;
+    friend class ZOObject;
+    friend class TData;
+    TTypeInfo(const QString& AName, const QString& ADescription);
+
+    struct TLayout;
+    const TLayout& Layout() const;
+    void AddGroup(const QString& AName);
+    void AddProperty(TProperty AProperty);
+    void IndexProperties();
+
+    std::vector<TGroup> FGroups;
+    std::vector<PProperty> FProperties;
+    std::unordered_map<std::string_view, int> FByName; // views of FUtf8Names
+    std::deque<std::string> FUtf8Names;
+    QString FDiscriminatorName;
+    std::vector<TSubtype> FSubtypes;
+    mutable std::unique_ptr<TLayout> FLayout; // made with the first instance
+};
+
+/// Access to an object's properties. AIndex is TProperty::Index of the object's actual type.
+class ZOObject::TData {
+public:
+    /// The actual type, which may be a subtype of the declared one.
+    static const TTypeInfo* Type(const ZOObject* AObject);
+    /// Presence of the property; its storage in ARef when present.
+    static bool GetProp(const ZOObject* AObject, int AIndex, void*& ARef);
+    /// The same by name; false for an unknown name.
+    static bool GetProp(const ZOObject* AObject, QStringView AName, void*& ARef);
+    /// Makes the property present (storage in ARef) or absent. False for a null object.
+    static bool SetProp(ZOObject* AObject, int AIndex, bool AHasValue, void*& ARef);
+    /// Storage of the property, made present first when absent.
+    static void GetByRef(ZOObject* AObject, int AIndex, void*& ARef);
+    /// A deep copy.
+    static std::unique_ptr<ZOObject> Clone(const ZOObject* AObject);
+};

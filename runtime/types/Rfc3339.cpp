@@ -1,0 +1,195 @@
+#include "runtime/types/Rfc3339.h"
+
+#include "platform/Exceptions.h"
+
+#include <chrono>
+#include <cmath>
+#include <optional>
+
+namespace {
+
+constexpr qint64 MicrosPerDay = 86'400'000'000;
+constexpr qint64 MicrosPerSecond = 1'000'000;
+/// Days from 1899-12-30 to 1970-01-01.
+constexpr qint64 UnixEpoch = 25569;
+
+/// Reads fixed-width fields from the front of a text.
+class TFields {
+public:
+    explicit TFields(QStringView AText) : FText(AText) {}
+
+    bool AtEnd() const { return FText.isEmpty(); }
+
+    bool Take(char AChar) {
+        if (FText.isEmpty() || FText.front().toUpper() != QLatin1Char(AChar))
+            return false;
+        FText = FText.sliced(1);
+        return true;
+    }
+
+    /// Exactly ACount ASCII digits of a value from AMin to AMax.
+    std::optional<int> Number(qsizetype ACount, int AMin, int AMax) {
+        if (FText.size() < ACount)
+            return {};
+        int value = 0;
+        for (qsizetype i = 0; i < ACount; ++i) {
+            const char16_t digit = FText[i].unicode();
+            if (digit < u'0' || digit > u'9')
+                return {};
+            value = value * 10 + (digit - u'0');
+        }
+        FText = FText.sliced(ACount);
+        if (value < AMin || value > AMax)
+            return {};
+        return value;
+    }
+
+    /// One or more digits as a fraction of a second, in microseconds, rounded to the nearest.
+    std::optional<qint64> Micros() {
+        qint64 micros = 0;
+        qint64 unit = MicrosPerSecond;
+        bool roundUp = false;
+        qsizetype count = 0;
+        for (; count < FText.size(); ++count) {
+            const char16_t digit = FText[count].unicode();
+            if (digit < u'0' || digit > u'9')
+                break;
+            if (unit > 1) {
+                unit /= 10;
+                micros += (digit - u'0') * unit;
+            } else if (count == 6) {
+                roundUp = digit >= u'5';
+            }
+        }
+        if (count == 0)
+            return {};
+        FText = FText.sliced(count);
+        return micros + (roundUp ? 1 : 0);
+    }
+
+private:
+    QStringView FText;
+};
+
+/// Days since 1899-12-30 of a full-date.
+std::optional<qint64> ReadDate(TFields& AFields) {
+    const auto year = AFields.Number(4, 0, 9999);
+    if (!year || !AFields.Take('-'))
+        return {};
+    const auto month = AFields.Number(2, 1, 12);
+    if (!month || !AFields.Take('-'))
+        return {};
+    const auto day = AFields.Number(2, 1, 31);
+    if (!day)
+        return {};
+    const std::chrono::year_month_day date{std::chrono::year(*year), std::chrono::month(unsigned(*month)),
+                                           std::chrono::day(unsigned(*day))};
+    if (!date.ok())
+        return {};
+    return std::chrono::sys_days(date).time_since_epoch().count() + UnixEpoch;
+}
+
+/// Microseconds that the text's offset lies east of UTC.
+std::optional<qint64> ReadOffset(TFields& AFields) {
+    if (AFields.Take('Z'))
+        return 0;
+    const bool west = AFields.Take('-');
+    if (!west && !AFields.Take('+'))
+        return {};
+    const auto hours = AFields.Number(2, 0, 23);
+    if (!hours || !AFields.Take(':'))
+        return {};
+    const auto minutes = AFields.Number(2, 0, 59);
+    if (!minutes)
+        return {};
+    const qint64 offset = (*hours * 60 + *minutes) * 60 * MicrosPerSecond;
+    return west ? -offset : offset;
+}
+
+/// Microseconds since midnight UTC of what follows the "T"; may lie outside the day by the offset.
+std::optional<qint64> ReadTime(TFields& AFields, bool& AIsLeapSecond) {
+    const auto hour = AFields.Number(2, 0, 23);
+    if (!hour || !AFields.Take(':'))
+        return {};
+    const auto minute = AFields.Number(2, 0, 59);
+    if (!minute || !AFields.Take(':'))
+        return {};
+    const auto second = AFields.Number(2, 0, 60);
+    if (!second)
+        return {};
+    qint64 micros = ((*hour * 60 + *minute) * 60 + *second) * MicrosPerSecond;
+    if (AFields.Take('.')) {
+        const auto fraction = AFields.Micros();
+        if (!fraction)
+            return {};
+        micros += *fraction;
+    }
+    const auto offset = ReadOffset(AFields);
+    if (!offset)
+        return {};
+    AIsLeapSecond = *second == 60;
+    return micros - *offset;
+}
+
+QString DateText(qint64 ADays) {
+    const std::chrono::sys_days day{std::chrono::days(ADays - UnixEpoch)};
+    const std::chrono::year_month_day date(day);
+    return QString::asprintf("%04d-%02u-%02u", int(date.year()), unsigned(date.month()),
+                             unsigned(date.day()));
+}
+
+} // namespace
+
+QString TZORfc3339::ToStr(TDateTime AValue) {
+    const double wholeDays = std::floor(AValue);
+    qint64 days = static_cast<qint64>(wholeDays);
+    qint64 micros = std::llround((AValue - wholeDays) * double(MicrosPerDay));
+    if (micros == MicrosPerDay) {
+        micros = 0;
+        ++days;
+    }
+    const qint64 seconds = micros / MicrosPerSecond;
+    QString text = DateText(days) + QString::asprintf("T%02d:%02d:%02d", int(seconds / 3600),
+                                                      int(seconds / 60 % 60), int(seconds % 60));
+    if (micros % MicrosPerSecond) {
+        text += QString::asprintf(".%06d", int(micros % MicrosPerSecond));
+        while (text.endsWith(QLatin1Char('0')))
+            text.chop(1);
+    }
+    return text + QLatin1Char('Z');
+}
+
+QString TZORfc3339::DateToStr(TDateTime AValue) { return DateText(static_cast<qint64>(std::floor(AValue))); }
+
+bool TZORfc3339::TryParse(QStringView AText, TDateTime& AValue) {
+    TFields fields(AText);
+    const auto days = ReadDate(fields);
+    if (!days)
+        return false;
+    if (fields.AtEnd()) {
+        AValue = static_cast<double>(*days);
+        return true;
+    }
+    if (!fields.Take('T'))
+        return false;
+    bool isLeapSecond = false;
+    const auto micros = ReadTime(fields, isLeapSecond);
+    if (!micros || !fields.AtEnd())
+        return false;
+    // Leap seconds are inserted at the end of a UTC day only.
+    const qint64 ofDay = ((*micros % MicrosPerDay) + MicrosPerDay) % MicrosPerDay;
+    if (isLeapSecond && ofDay >= MicrosPerSecond)
+        return false;
+    const qint64 total = *days * MicrosPerDay + *micros;
+    const qint64 wholeDays =
+        (total - (((total % MicrosPerDay) + MicrosPerDay) % MicrosPerDay)) / MicrosPerDay;
+    AValue = double(wholeDays) + double(total - wholeDays * MicrosPerDay) / double(MicrosPerDay);
+    return true;
+}
+
+TDateTime TZORfc3339::Parse(const QString& AText) {
+    TDateTime value = 0;
+    if (!TryParse(AText, value))
+        throw EConvertError(QStringLiteral("'%1' is not a valid RFC 3339 date or date-time").arg(AText));
+    return value;
+}

@@ -1,0 +1,29 @@
+// Creating, copying and destroying the storage of a value of any kind: the only place that knows how.
+// Every kind's storage is valid when filled with zero bytes only after Construct, and may be moved in
+// memory with memmove.
+#pragma once
+
+#include "runtime/types/TypeInfo.h"
+
+#include <cstddef>
+
+namespace ZOStorage {
+
+/// Bytes that a value of any kind takes at most, and the alignment that suits every kind.
+inline constexpr std::size_t MaxSize = 32;
+inline constexpr std::size_t MaxAlign = 8;
+
+/// Bytes of a value's storage.
+std::size_t Size(const TZOTypeInfo* AType);
+/// Alignment of a value's storage, in bytes.
+std::size_t Align(const TZOTypeInfo* AType);
+
+/// Makes the value of a slot that has just become present: empty text, zero, no entries; for objects and
+/// unions a new empty instance of exactly the type AType.
+void Construct(const TZOTypeInfo* AType, void* AStorage);
+/// Frees what the value holds, at any depth. The storage is raw memory afterwards.
+void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
+/// Constructs AStorage as a deep copy of ASource. Streams of uploads and downloads are shared.
+void CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource);
+
+} // namespace ZOStorage

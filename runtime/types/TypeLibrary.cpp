@@ -1,0 +1,86 @@
+#include "runtime/types/TypeLibrary.h"
+
+#include "runtime/types/Any.h"
+#include "runtime/types/Streams.h"
+
+#include <array>
+
+TZOTypeLibrary::TZOTypeLibrary() = default;
+TZOTypeLibrary::~TZOTypeLibrary() = default;
+
+template <class T>
+T* TZOTypeLibrary::Keep(T* AType) {
+    FTypes.emplace_back(AType);
+    return AType;
+}
+
+const TZOTypeInfo* TZOTypeLibrary::Scalar(TZOValueKind AKind) {
+    static const auto scalars = [] {
+        std::array<std::unique_ptr<TZOTypeInfo>, vkDownload + 1> types;
+        for (int kind = vkString; kind <= vkDownload; ++kind)
+            types[static_cast<std::size_t>(kind)].reset(
+                new TZOTypeInfo(static_cast<TZOValueKind>(kind), KindName(static_cast<TZOValueKind>(kind))));
+        return types;
+    }();
+    return scalars[AKind].get();
+}
+
+const TZOTypeInfo* TZOTypeLibrary::NewScalar(TZOValueKind AKind, const QString& AName,
+                                             const QString& ADescription, const QStringList& AAllowedValues) {
+    return Keep(new TZOTypeInfo(AKind, AName, ADescription, AAllowedValues));
+}
+
+const ZOList::TTypeInfo* TZOTypeLibrary::NewList(const TZOTypeInfo* AItemType, const QString& AName,
+                                                 const QString& ADescription) {
+    return Keep(new ZOList::TTypeInfo(AName, ADescription, AItemType));
+}
+
+const ZOMap::TTypeInfo* TZOTypeLibrary::NewMap(const TZOTypeInfo* AItemType, const QString& AName,
+                                               const QString& ADescription) {
+    return Keep(new ZOMap::TTypeInfo(AName, ADescription, AItemType));
+}
+
+TZOObjectBuilder TZOTypeLibrary::NewObject(const QString& AName, const QString& ADescription) {
+    return TZOObjectBuilder(Keep(new ZOObject::TTypeInfo(AName, ADescription)));
+}
+
+TZOUnionBuilder TZOTypeLibrary::NewUnion(const QString& AName, const QString& ATagName, TZOUnionForm AForm,
+                                         const QString& ADescription) {
+    return TZOUnionBuilder(Keep(new ZOUnion::TTypeInfo(AName, ADescription, ATagName, AForm)));
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Base(const ZOObject::TTypeInfo* ABase) {
+    for (const ZOObject::TGroup& group : ABase->Groups()) {
+        FType->AddGroup(group.Name);
+        for (const ZOObject::TProperty& property : group.Properties)
+            FType->AddProperty(property);
+    }
+    return *this;
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Property(const QString& AName, const TZOTypeInfo* AType,
+                                             const TOptions& AOptions) {
+    if (FType->FGroups.empty() || FType->FGroups.back().Name != FType->Name())
+        FType->AddGroup(FType->Name());
+    FType->AddProperty({0, AName, AType, AOptions.Description, AOptions.Required, AOptions.ReadOnly});
+    return *this;
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Property(const QString& AName, const TZOTypeInfo* AType) {
+    return Property(AName, AType, {});
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Discriminator(const QString& AName) {
+    FType->FDiscriminatorName = AName;
+    return *this;
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Subtype(const QString& AName, const ZOObject::TTypeInfo* AType) {
+    FType->FSubtypes.push_back({AName, AType});
+    return *this;
+}
+
+TZOUnionBuilder& TZOUnionBuilder::Tag(const QString& AName, const TZOTypeInfo* AType) {
+    FType->FTags.push_back({static_cast<int>(FType->FTags.size()), AName, AType});
+    return *this;
+}
