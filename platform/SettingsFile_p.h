@@ -1,0 +1,75 @@
+// The settings file itself: where it is made, judged, set aside and opened. Private to TRegistry.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// One connection to the settings file.
+class TZOSettingsFile {
+public:
+    /// Opens AFileName; sets a damaged file aside first. Returns null when there is no file (any more) and
+    /// ACreate is not set. Raises ERegistryException when the file cannot be used.
+    static std::unique_ptr<TZOSettingsFile> Open(const QString& AFileName, bool ACreate);
+    ~TZOSettingsFile();
+    TZOSettingsFile(const TZOSettingsFile&) = delete;
+    TZOSettingsFile& operator=(const TZOSettingsFile&) = delete;
+
+    /// Whether the file holds the tables; a file that was just created does not.
+    bool HasTables() const { return FHasTables; }
+    void BeginReading() { Execute("BEGIN"); }
+    /// Takes the writers' lock and makes the tables if they are missing.
+    void BeginWriting();
+    void Commit() { Execute("COMMIT"); }
+    /// Gives up the transaction, if there is one.
+    void Rollback() noexcept;
+    void Execute(const char* ASql);
+
+private:
+    friend class TZOSettingsQuery;
+    enum TVerdict { veUsable, veDamaged };
+
+    explicit TZOSettingsFile(const QString& AFileName);
+    TVerdict Judge(QString& AReason);
+    TVerdict JudgeFormat(QString& AReason);
+    qint64 Number(const char* ASql);
+    bool SetAside();
+    [[noreturn]] void Fail(int ACode) const;
+
+    QString FFileName;
+    sqlite3* FHandle = nullptr;
+    bool FHasTables = false;
+};
+
+/// One prepared statement. Parameters count from 1, columns from 0.
+class TZOSettingsQuery {
+public:
+    TZOSettingsQuery(TZOSettingsFile& AFile, const char* ASql);
+    ~TZOSettingsQuery();
+    TZOSettingsQuery(const TZOSettingsQuery&) = delete;
+    TZOSettingsQuery& operator=(const TZOSettingsQuery&) = delete;
+
+    TZOSettingsQuery& BindText(const QString& AText) { return Bind(true, AText.toUtf8()); }
+    /// Binds the next parameter, as text in UTF-8 or as bytes.
+    TZOSettingsQuery& Bind(bool AIsText, const QByteArray& AData);
+    /// Runs to the next row; false when there is none.
+    bool Next();
+    /// Runs a statement that yields no rows and returns how many rows it changed.
+    int Run();
+
+    bool IsText(int AColumn) const;
+    QByteArray Bytes(int AColumn) const;
+    QString Text(int AColumn) const { return QString::fromUtf8(Bytes(AColumn)); }
+
+private:
+    TZOSettingsFile& FFile;
+    sqlite3_stmt* FStatement = nullptr;
+    int FBound = 0;
+};
+
+/// Hands AMessage to the report handler, or keeps it for the next one; a message is reported once.
+void ReportSettingsProblem(const QString& AMessage);
