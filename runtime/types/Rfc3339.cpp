@@ -131,6 +131,17 @@ std::optional<qint64> ReadTime(TFields& AFields, bool& AIsLeapSecond) {
     return micros - *offset;
 }
 
+/// Microseconds that neighbouring date-times near AValue lie apart, as a power of ten: from the year 2079 on
+/// a date-time holds less than a microsecond, and digits beyond that would be noise.
+qint64 Resolution(TDateTime AValue) {
+    const double apart =
+        (std::nextafter(std::abs(AValue), HUGE_VAL) - std::abs(AValue)) * double(MicrosPerDay);
+    qint64 resolution = 1;
+    while (double(resolution) < apart)
+        resolution *= 10;
+    return resolution;
+}
+
 QString DateText(qint64 ADays) {
     const std::chrono::sys_days day{std::chrono::days(ADays - UnixEpoch)};
     const std::chrono::year_month_day date(day);
@@ -144,7 +155,9 @@ QString TZORfc3339::ToStr(TDateTime AValue) {
     const double wholeDays = std::floor(AValue);
     qint64 days = static_cast<qint64>(wholeDays);
     qint64 micros = std::llround((AValue - wholeDays) * double(MicrosPerDay));
-    if (micros == MicrosPerDay) {
+    const qint64 resolution = Resolution(AValue);
+    micros = (micros + resolution / 2) / resolution * resolution;
+    if (micros >= MicrosPerDay) {
         micros = 0;
         ++days;
     }

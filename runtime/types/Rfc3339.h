@@ -5,7 +5,8 @@
 
 class TZORfc3339 {
 public:
-    /// Date-time in UTC, "2024-02-29T12:30:00Z", with as many of six fractional digits as are not zero.
+    /// Date-time in UTC, "2024-02-29T12:30:00Z", with as many of six fractional digits as are not zero. A
+    /// TDateTime holds the microsecond until 2079, ten microseconds from then on to 2617.
     static QString ToStr(TDateTime AValue);
     /// Full-date, "2024-02-29".
     static QString DateToStr(TDateTime AValue);

@@ -1,0 +1,212 @@
+#include "runtime/json/JsonCodec.h"
+
+#include "runtime/types/Any.h"
+#include "runtime/types/JsonText.h"
+#include "runtime/types/List.h"
+#include "runtime/types/Map.h"
+#include "runtime/types/Object.h"
+#include "runtime/types/Rfc3339.h"
+#include "runtime/types/Streams.h"
+#include "runtime/types/Union.h"
+
+#include <QIODevice>
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+class TEncoder {
+public:
+    QByteArray Json;
+
+    void Value(const TZOTypeInfo* AType, const void* AValue) {
+        switch (AType->Kind()) {
+        case vkString:
+            JsonText::AppendQuoted(Json, *static_cast<const QString*>(AValue));
+            break;
+        case vkInteger:
+            Number(*static_cast<const qint32*>(AValue));
+            break;
+        case vkInt64:
+            Number(*static_cast<const qint64*>(AValue));
+            break;
+        case vkBoolean:
+            Json.append(*static_cast<const quint8*>(AValue) ? "true" : "false");
+            break;
+        case vkFloat:
+            Float(*static_cast<const double*>(AValue));
+            break;
+        case vkDateTime:
+            Quoted(TZORfc3339::ToStr(*static_cast<const double*>(AValue)));
+            break;
+        case vkDate:
+            Quoted(TZORfc3339::DateToStr(*static_cast<const double*>(AValue)));
+            break;
+        case vkAny:
+            Json.append(static_cast<const ZOAny*>(AValue)->GetJsonUtf8());
+            break;
+        case vkUpload:
+            Upload(*static_cast<const ZOUpload*>(AValue));
+            break;
+        case vkDownload:
+            Json.append("null");
+            break;
+        case vkList:
+            List(*static_cast<const ZOList*>(AValue));
+            break;
+        case vkMap:
+            Map(*static_cast<const ZOMap*>(AValue));
+            break;
+        case vkObject:
+            Object(static_cast<const ZOObject::TTypeInfo*>(AType), *static_cast<ZOObject* const*>(AValue));
+            break;
+        case vkUnion:
+            Union(*static_cast<ZOUnion* const*>(AValue));
+            break;
+        case vkService:
+            break;
+        }
+    }
+
+private:
+    /// A comma before every entry but the first.
+    void Separate(bool& AIsFirst) {
+        if (!AIsFirst)
+            Json.append(',');
+        AIsFirst = false;
+    }
+
+    void Quoted(const QString& AText) {
+        Json.append('"');
+        Json.append(AText.toLatin1());
+        Json.append('"');
+    }
+
+    template <class T>
+    void Number(T ANumber) {
+        char buffer[32];
+        const auto result = std::to_chars(buffer, buffer + sizeof buffer, ANumber);
+        Json.append(buffer, result.ptr - buffer);
+    }
+
+    void Float(double ANumber) {
+        if (!std::isfinite(ANumber))
+            throw EZORequestValueError(QStringLiteral("JSON has no text for the number %1.").arg(ANumber));
+        Number(ANumber);
+    }
+
+    void Upload(const ZOUpload& AUpload) {
+        QIODevice* stream = AUpload.GetStream();
+        if (!stream) {
+            Json.append("null");
+            return;
+        }
+        if (!stream->isSequential() && !stream->seek(0))
+            throw EZOUploadError(QStringLiteral("The upload cannot be read: %1").arg(stream->errorString()));
+        Json.append('"');
+        Json.append(stream->readAll().toBase64());
+        Json.append('"');
+    }
+
+    void List(const ZOList& AList) {
+        Json.append('[');
+        bool isFirst = true;
+        void* ref = nullptr;
+        for (int i = 0; i < AList.Count(); ++i) {
+            Separate(isFirst);
+            if (AList.GetItem(i, ref))
+                Value(AList.Type()->ItemType(), ref);
+            else
+                Json.append("null");
+        }
+        Json.append(']');
+    }
+
+    void Map(const ZOMap& AMap) {
+        Json.append('{');
+        bool isFirst = true;
+        void* ref = nullptr;
+        const QStringList keys = AMap.Keys();
+        for (int i = 0; i < AMap.Count(); ++i) {
+            Separate(isFirst);
+            JsonText::AppendQuoted(Json, keys.at(i));
+            Json.append(':');
+            if (AMap.GetItemAt(i, ref))
+                Value(AMap.Type()->ItemType(), ref);
+            else
+                Json.append("null");
+        }
+        Json.append('}');
+    }
+
+    void Object(const ZOObject::TTypeInfo* ADeclared, const ZOObject* AObject) {
+        if (!AObject) {
+            Json.append("null");
+            return;
+        }
+        const auto* type = ZOObject::TData::Type(AObject);
+        const auto* subtype = ADeclared->GetSubtypeByType(type);
+        const int discriminator = DiscriminatorProperty(ADeclared, type);
+        Json.append('{');
+        bool isFirst = true;
+        if (subtype) {
+            Separate(isFirst);
+            JsonText::AppendQuoted(Json, ADeclared->DiscriminatorName());
+            Json.append(':');
+            JsonText::AppendQuoted(Json, subtype->Name);
+        }
+        void* ref = nullptr;
+        for (int i = 0; i < type->PropertyCount(); ++i) {
+            if (i == discriminator || !ZOObject::TData::GetProp(AObject, i, ref))
+                continue;
+            Separate(isFirst);
+            JsonText::AppendQuoted(Json, type->Property(i)->Name);
+            Json.append(':');
+            Value(type->Property(i)->Type, ref);
+        }
+        Json.append('}');
+    }
+
+    /// A subtype may list the discriminator among its properties: it is written once, from the subtype.
+    static int DiscriminatorProperty(const ZOObject::TTypeInfo* ADeclared, const ZOObject::TTypeInfo* AType) {
+        if (!ADeclared->GetSubtypeByType(AType))
+            return -1;
+        const PProperty property = AType->FindProperty(ADeclared->DiscriminatorName());
+        return property ? property->Index : -1;
+    }
+
+    void Union(const ZOUnion* AUnion) {
+        const PTag tag = ZOUnion::TData::GetTag(AUnion);
+        void* ref = nullptr;
+        const bool hasValue = tag && ZOUnion::TData::GetTag(AUnion, tag->Index, ref);
+        const bool isTagged = tag && ZOUnion::TData::Type(AUnion)->Form() == ufTagged;
+        if (isTagged) {
+            Json.append('{');
+            JsonText::AppendQuoted(Json, ZOUnion::TData::Type(AUnion)->TagName());
+            Json.append(':');
+            JsonText::AppendQuoted(Json, tag->Name);
+            if (hasValue)
+                Json.append(",\"value\":");
+        }
+        if (hasValue)
+            Value(tag->Type, ref);
+        else if (!isTagged)
+            Json.append("null");
+        if (isTagged)
+            Json.append('}');
+    }
+};
+
+} // namespace
+
+QByteArray TZOJson::Encode(const TZOTypeInfo* AType, const void* AValue) {
+    TEncoder encoder;
+    encoder.Value(AType, AValue);
+    return encoder.Json;
+}
+
+QByteArray TZOJson::Encode(const TZOValueHolder& AValue) {
+    void* ref = nullptr;
+    return AValue.GetValue(ref) ? Encode(AValue.Type(), ref) : QByteArrayLiteral("null");
+}
