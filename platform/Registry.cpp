@@ -30,17 +30,6 @@ bool IsSameOrBelow(const QString& AFoldedPath, const QString& AFoldedKey) {
 
 } // namespace
 
-void ReportSettingsProblem(const QString& AMessage) {
-    static QSet<QString> reported;
-    if (reported.contains(AMessage))
-        return;
-    reported.insert(AMessage);
-    if (GReportHandler)
-        GReportHandler(AMessage);
-    else
-        GPendingReports.append(AMessage);
-}
-
 TRegistry::TRegistry() = default;
 
 TRegistry::~TRegistry() = default;
@@ -59,6 +48,17 @@ TRegistry::TReportHandler TRegistry::SetReportHandler(TReportHandler AHandler) {
         for (const QString& message : std::exchange(GPendingReports, {}))
             GReportHandler(message);
     return previous;
+}
+
+void TRegistry::Report(const QString& AMessage) {
+    static QSet<QString> reported;
+    if (reported.contains(AMessage))
+        return;
+    reported.insert(AMessage);
+    if (GReportHandler)
+        GReportHandler(AMessage);
+    else
+        GPendingReports.append(AMessage);
 }
 
 bool TRegistry::OpenKeyReadOnly(const QString& AKey) {
@@ -85,7 +85,7 @@ bool TRegistry::OpenKeyReadOnly(const QString& AKey) {
         if (FTransaction == trWrite)
             throw;
         Abandon();
-        ReportSettingsProblem(e.Message());
+        Report(e.Message());
         return false;
     }
 }

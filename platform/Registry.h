@@ -39,6 +39,8 @@ public:
     /// Replaces the report handler and returns the one that was in use. What was reported while there was
     /// none is handed to AHandler before this returns. Each sentence is reported once per process.
     static TReportHandler SetReportHandler(TReportHandler AHandler);
+    /// Reports AMessage: for those who must go on although their settings could not be read or written.
+    static void Report(const QString& AMessage);
 
     /// Opens AKey for reading and returns whether it could: false when the key or the file does not exist,
     /// or when the file cannot be used (which is reported). The key that was open stays open on false.

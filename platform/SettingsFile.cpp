@@ -1,6 +1,7 @@
 #include "platform/SettingsFile_p.h"
 
 #include "platform/Exceptions.h"
+#include "platform/Registry.h"
 
 #include <sqlite3.h>
 
@@ -205,10 +206,9 @@ bool TZOSettingsFile::SetAside() {
     }
     if (!QFile::rename(FFileName, aside))
         return false;
-    ReportSettingsProblem(
-        QStringLiteral("The settings file \"%1\" was damaged (%2). It was set aside as \"%3\" "
-                       "and a new one was started.")
-            .arg(FFileName, reason, aside));
+    TRegistry::Report(QStringLiteral("The settings file \"%1\" was damaged (%2). It was set aside as \"%3\" "
+                                     "and a new one was started.")
+                          .arg(FFileName, reason, aside));
     return true;
 }
 

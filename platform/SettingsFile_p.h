@@ -70,6 +70,3 @@ private:
     sqlite3_stmt* FStatement = nullptr;
     int FBound = 0;
 };
-
-/// Hands AMessage to the report handler, or keeps it for the next one; a message is reported once.
-void ReportSettingsProblem(const QString& AMessage);

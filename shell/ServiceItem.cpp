@@ -1,0 +1,185 @@
+#include "shell/ServiceItem.h"
+
+#include "shell/ShellFrame.h"
+
+#include "platform/DesignerNotify.h"
+#include "platform/Exceptions.h"
+#include "platform/Registry.h"
+
+#include <QBuffer>
+#include <QScopedValueRollback>
+
+namespace {
+
+const QString& ScopesKey() {
+    static const QString name = QStringLiteral("Scopes");
+    return name;
+}
+
+const QString& TokenValue() {
+    static const QString name = QStringLiteral("Token");
+    return name;
+}
+
+struct TOption {
+    const char* Name;
+    QString (TZORestService::*Get)() const;
+    void (TZORestService::*Set)(const QString&);
+};
+
+constexpr TOption Options[] = {
+    {"ApiKey", &TZORestService::GetApiKey, &TZORestService::SetApiKey},
+    {"ClientId", &TZORestService::GetClientId, &TZORestService::SetClientId},
+    {"Secret", &TZORestService::GetSecret, &TZORestService::SetSecret},
+    {"RedirectUrl", &TZORestService::GetRedirectUrl, &TZORestService::SetRedirectUrl},
+};
+
+} // namespace
+
+TZOServiceItem::TZOServiceItem(TZOShellFrame* AShell, const TZORestServiceClass* ASvcClass)
+    : FShell(AShell),
+      FSvcClass(ASvcClass),
+      FOwnedComponent(ASvcClass->Create()),
+      FComponent(FOwnedComponent.get()) {
+    InitParams();
+    connect(FComponent, &TZORestService::TokenReported, this, &TZOServiceItem::TokenReported);
+}
+
+TZOServiceItem::TZOServiceItem(TZOShellFrame* AShell, TZORestService* AComponent)
+    : FShell(AShell), FSvcClass(AComponent->Class()), FComponent(AComponent) {
+    InitParams();
+    FComponent->FreeNotifier().Register(FShell);
+}
+
+TZOServiceItem::~TZOServiceItem() {
+    if (GetIsUserComp())
+        FComponent->FreeNotifier().Withdraw(FShell);
+}
+
+void TZOServiceItem::InitParams() {
+    FTypeInfo = dynamic_cast<const TZORestService::TTypeInfo*>(TZOTypeInfo::Get(*FSvcClass));
+    if (!FTypeInfo)
+        throw EInvalidCast(QStringLiteral("Invalid class typecast"));
+    FDescription = TZOShellFrame::FormatDescription(FTypeInfo->Description());
+    FName = FSvcClass->ClassName();
+    if (GetIsUserComp())
+        FName = FComponent->objectName().isEmpty() ? u'<' + FName + u'>' : FComponent->objectName();
+    try {
+        LoadOptions();
+        LoadToken();
+    } catch (const ERegistryException& e) {
+        // One bad value must not keep the whole explorer from starting.
+        TRegistry::Report(e.Message());
+    }
+}
+
+QString TZOServiceItem::GetRootKey() const {
+    return QStringLiteral("SOFTWARE\\Orvane Labs\\ZO-Tools 2020\\Bridgework\\APIExplorer\\") +
+           FSvcClass->ClassName();
+}
+
+bool TZOServiceItem::IsConfigured() const {
+    return !FComponent->GetApiKey().isEmpty() ||
+           (!FComponent->GetClientId().isEmpty() && !FComponent->GetSecret().isEmpty() &&
+            !FComponent->GetRedirectUrl().isEmpty());
+}
+
+void TZOServiceItem::LoadOptions() {
+    const QScopedValueRollback loading(FLoading, true);
+    TRegistry registry;
+    if (GetIsUserComp() || !registry.OpenKeyReadOnly(GetRootKey()))
+        return;
+    for (const TOption& option : Options) {
+        const QString name = QLatin1String(option.Name);
+        if (registry.ValueExists(name))
+            (FComponent->*option.Set)(registry.ReadString(name));
+    }
+    LoadScopes(registry);
+}
+
+void TZOServiceItem::LoadScopes(TRegistry& ARegistry) {
+    FComponent->Scopes().clear();
+    if (!ARegistry.OpenKeyReadOnly(ScopesKey()))
+        return;
+    for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
+        FComponent->Scopes().append(ARegistry.ReadString(QString::number(i)));
+}
+
+void TZOServiceItem::LoadToken() {
+    const QScopedValueRollback loading(FLoading, true);
+    TRegistry registry;
+    if (GetIsUserComp() || !registry.OpenKeyReadOnly(GetRootKey()))
+        return;
+    if (!registry.ValueExists(TokenValue())) {
+        FComponent->ResetToken();
+        return;
+    }
+    QByteArray bytes = registry.ReadBinaryData(TokenValue());
+    QBuffer stream(&bytes);
+    stream.open(QIODevice::ReadOnly);
+    FComponent->LoadToken(&stream);
+}
+
+void TZOServiceItem::SaveOptions() {
+    if (GetIsUserComp()) {
+        NotifyDesigner();
+        return;
+    }
+    TRegistry registry;
+    registry.OpenKey(GetRootKey(), true);
+    registry.DeleteValue(TokenValue());
+    for (const TOption& option : Options)
+        registry.WriteString(QLatin1String(option.Name), (FComponent->*option.Get)());
+    registry.DeleteKey(ScopesKey());
+    registry.OpenKey(ScopesKey(), true);
+    const QStringList& scopes = FComponent->Scopes();
+    for (qsizetype i = 0; i < scopes.size(); ++i)
+        registry.WriteString(QString::number(i), scopes[i]);
+    registry.CloseKey();
+}
+
+void TZOServiceItem::SaveToken() {
+    TRegistry registry;
+    // Without an open key the writes below go nowhere: a user component's token is not kept.
+    if (!GetIsUserComp())
+        registry.OpenKey(GetRootKey(), true);
+    if (FComponent->GetToken().isEmpty()) {
+        registry.DeleteValue(TokenValue());
+    } else {
+        QBuffer stream;
+        stream.open(QIODevice::WriteOnly);
+        FComponent->SaveToken(&stream);
+        registry.WriteBinaryData(TokenValue(), stream.data());
+    }
+    registry.CloseKey();
+}
+
+void TZOServiceItem::OptionsModified() {
+    if (!FLoading)
+        SaveOptions();
+}
+
+void TZOServiceItem::TokenReported() {
+    if (FLoading)
+        return;
+    try {
+        // Making the key just to delete a token from it would empty the scopes at the next start.
+        if (!FComponent->GetToken().isEmpty() || TRegistry().KeyExists(GetRootKey()))
+            SaveToken();
+    } catch (const EException& e) {
+        // This runs inside a request, where nobody could answer a dialog.
+        TRegistry::Report(e.Message());
+    }
+}
+
+IDesignerNotify* TZOServiceItem::GetDesigner(const QObject* AComponent) {
+    if (!IsDesigning(AComponent))
+        return nullptr;
+    const QObject* owner = ComponentOwner(AComponent);
+    return owner ? GetDesigner(owner) : DesignerOfRoot(AComponent);
+}
+
+void TZOServiceItem::NotifyDesigner() {
+    if (IDesignerNotify* designer = GetDesigner(FComponent))
+        designer->Modified();
+}
