@@ -32,7 +32,7 @@ TScheme LightScheme() {
             .Highlight = 0x0B62C4,
             .HighlightedText = 0xFFFFFF,
             .Disabled = 0x6E7681,
-            .Placeholder = 0x6E7681,
+            .Placeholder = 0x565D67,
             .Link = 0x0066CC,
             .LinkVisited = 0x6B4FBB,
             .ToolTipBase = 0xFFFFFF,
@@ -52,8 +52,8 @@ TScheme DarkScheme() {
             .Button = 0x393B40,
             .Highlight = 0x2E65B8,
             .HighlightedText = 0xFFFFFF,
-            .Disabled = 0x8C9097,
-            .Placeholder = 0x8C9097,
+            .Disabled = 0x7D8188,
+            .Placeholder = 0x9DA1A8,
             .Link = 0x6CB2FF,
             .LinkVisited = 0xB39DF3,
             .ToolTipBase = 0x393B40,
@@ -95,6 +95,15 @@ QPalette MakePalette(const TScheme& AScheme) {
         palette.setColor(QPalette::Disabled, role, AScheme.Disabled);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, AScheme.Mid);
     return palette;
+}
+
+// A palette's secondary text may be translucent; most places that ask for it cannot be.
+QColor Over(const QColor& ATop, const QColor& AGround) {
+    const auto mix = [&](float ATopPart, float AGroundPart) {
+        return ATopPart * ATop.alphaF() + AGroundPart * (1 - ATop.alphaF());
+    };
+    return QColor::fromRgbF(mix(ATop.redF(), AGround.redF()), mix(ATop.greenF(), AGround.greenF()),
+                            mix(ATop.blueF(), AGround.blueF()));
 }
 
 // A widget's palette does not tell the roles that were set on it from those that its parents were given, and
@@ -178,7 +187,8 @@ QColor TZOIdeTheming::GetSystemColor(TColor AColor) {
     case clBtnFace:
         return palette.color(QPalette::Active, QPalette::Window);
     case clGrayText:
-        return palette.color(QPalette::Disabled, QPalette::Text);
+        return Over(palette.color(QPalette::Active, QPalette::PlaceholderText),
+                    palette.color(QPalette::Active, QPalette::Base));
     case clBtnText:
         return palette.color(QPalette::Active, QPalette::ButtonText);
     default:

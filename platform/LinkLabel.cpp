@@ -3,9 +3,14 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QFocusEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+#include <algorithm>
 
 namespace {
 
@@ -49,6 +54,7 @@ TZOLinkLabel::TZOLinkLabel(QWidget* AParent) : QLabel(AParent) {
     // Installing a factory again does nothing.
     QAccessible::installFactory(MakeAccessible);
     setTextFormat(Qt::PlainText);
+    setContentsMargins(2, 0, 2, 0); // room for the focus frame
     SetLink(true);
 }
 
@@ -107,13 +113,43 @@ void TZOLinkLabel::focusOutEvent(QFocusEvent* AEvent) {
     update();
 }
 
+bool TZOLinkLabel::IsElided() const {
+    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+QSize TZOLinkLabel::minimumSizeHint() const {
+    const QSize size = sizeHint();
+    return QSize(std::min(size.width(), fontMetrics().horizontalAdvance(QStringLiteral("mmm\u2026"))),
+                 size.height());
+}
+
+bool TZOLinkLabel::event(QEvent* AEvent) {
+    if (AEvent->type() == QEvent::ToolTip && toolTip().isEmpty() && IsElided()) {
+        // Tool tips guess whether a text is markup; this one never is.
+        const QString plain = QStringLiteral("<span>%1</span>").arg(text().toHtmlEscaped());
+        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), plain, this);
+        return true;
+    }
+    return QLabel::event(AEvent);
+}
+
 void TZOLinkLabel::paintEvent(QPaintEvent* AEvent) {
-    QLabel::paintEvent(AEvent);
+    if (IsElided()) {
+        QPainter painter(this);
+        style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(),
+                              fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()),
+                              foregroundRole());
+    } else {
+        QLabel::paintEvent(AEvent);
+    }
     if (!FShowsFocus)
         return;
     // The style's own focus frame is left out by some styles; this one is always there.
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    const QRect frame =
+        style()->itemTextRect(fontMetrics(), contentsRect(), static_cast<int>(alignment()), true, text());
+    painter.drawRoundedRect(QRectF(frame.adjusted(-2, -2, 2, 2) & rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2,
+                            2);
 }

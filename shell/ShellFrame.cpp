@@ -58,8 +58,8 @@ void TZOShellFrame::InitComponents() {
     QFont link = font();
     link.setUnderline(true);
     FUi->AuthOptionsLabel->setFont(link);
-    for (QWidget* button : {static_cast<QWidget*>(FUi->BackButton), FUi->LeftSeparator})
-        FUi->LeftToolBar->addWidget(button);
+    // Links keep room for their focus frame; the text below ends in line with the link's.
+    FUi->AuthStatusLabel->setContentsMargins(FUi->AuthOptionsLabel->contentsMargins());
     FUi->LeftToolBar->layout()->setContentsMargins(0, 0, 0, 0);
     FUi->LeftToolBar->layout()->setSpacing(0);
     connect(FUi->BackButton, &QToolButton::clicked, this,

@@ -51,12 +51,12 @@ void TZOShellFrame::UpdateNavLabel(TZOIdeTheming* ATheming, int APosition) {
     QLabel* const separators[] = {nullptr, FUi->NavTwoSep, FUi->NavThreeSep, FUi->NavFourSep};
     TZOLinkLabel* label = labels[APosition];
     QLabel* separator = separators[APosition];
-    const bool isShown = APosition < FNavStack.size();
-    if (separator)
-        separator->setVisible(isShown);
-    label->setVisible(isShown);
-    if (!isShown)
+    if (APosition >= FNavStack.size()) {
+        if (separator)
+            separator->hide();
+        label->hide();
         return;
+    }
     const bool isDark = ATheming->IsDarkTheme();
     const bool isTop = APosition >= FNavStack.size() - 1;
     label->setText(FNavStack[APosition]->Caption());
@@ -65,8 +65,10 @@ void TZOShellFrame::UpdateNavLabel(TZOIdeTheming* ATheming, int APosition) {
     if (separator) {
         SetFontColor(separator, ATheming->GetSystemColor(GRAY_COLORS[isDark]));
         MoveToEnd(FUi->NavLayout, separator);
+        separator->show();
     }
     MoveToEnd(FUi->NavLayout, label);
+    label->show();
 }
 
 void TZOShellFrame::UpdateOptions(TZOIdeTheming* ATheming, bool AShowOptions) {

@@ -95,3 +95,15 @@ TEST_F(LinkLabel, TellsAssistiveToolsWhatItIs) {
     accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(Clicks.size(), 1);
 }
+
+TEST_F(LinkLabel, EndsInAnEllipsisWhereItsTextDoesNotFit) {
+    EXPECT_LT(First.minimumSizeHint().width(), First.sizeHint().width());
+    TZOLinkLabel narrow;
+    narrow.setText(QString(40, u'i'));
+    narrow.resize(60, 20);
+    const QImage elided = narrow.grab().toImage();
+    narrow.setText(QString(50, u'i'));
+    EXPECT_EQ(narrow.grab().toImage(), elided); // what differs is beyond the ellipsis
+    narrow.resize(500, 20);
+    EXPECT_NE(narrow.grab().toImage().copy(0, 0, 60, 20), elided);
+}

@@ -1,0 +1,172 @@
+#include "tests/shell/ShellFixture.h"
+
+namespace {
+
+using ShellServices = ShellTest;
+
+} // namespace
+
+TEST_F(ShellServices, PutAnExploredComponentFirstAndOpenItsOperations) {
+    ShowShell();
+    TTestService component(First.get());
+    component.setObjectName(QStringLiteral("Mine"));
+    Shell->ExploreComponent(&component);
+    ASSERT_EQ(Shell->GetServiceCount(), 3);
+    EXPECT_EQ(Shell->GetServices(0)->Component(), &component);
+    EXPECT_EQ(Shell->FindService(&component), Shell->GetServices(0));
+    EXPECT_EQ(Log, QStringList{QStringLiteral("Services added Mine")});
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services > Mine"));
+}
+
+TEST_F(ShellServices, ListAComponentOnceHoweverOftenItIsExplored) {
+    ShowShell();
+    TTestService component(First.get());
+    component.setObjectName(QStringLiteral("Mine"));
+    Shell->ExploreComponent(&component);
+    Settle();
+    Log.clear();
+    Shell->ExploreComponent(&component);
+    EXPECT_EQ(Shell->GetServiceCount(), 3);
+    EXPECT_EQ(Log, (QStringList{QStringLiteral("Mine added Mine"), QStringLiteral("Services added Mine"),
+                                QStringLiteral("destroyed Mine")}));
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services > Mine"));
+}
+
+TEST_F(ShellServices, LeaveTheOpenPagesBeforeAnotherComponentIsExplored) {
+    ShowShell();
+    Push({QStringLiteral("Operations"), QStringLiteral("Execute")});
+    TTestService component(First.get());
+    Shell->ExploreComponent(&component);
+    EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
+    EXPECT_EQ(Log.mid(3),
+              (QStringList{QStringLiteral("destroyed Execute"), QStringLiteral("destroyed Operations")}));
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services > <TFirstService>"));
+}
+
+TEST_F(ShellServices, ExploreAComponentBeforeThereIsAWindow) {
+    MakeShell();
+    TTestService component(First.get());
+    Shell->ExploreComponent(&component);
+    EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
+    Shell->show();
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services > <TFirstService>"));
+}
+
+TEST_F(ShellServices, DropAUsersComponentThatDies) {
+    ShowShell();
+    auto component = std::make_unique<TTestService>(First.get());
+    component->setObjectName(QStringLiteral("Mine"));
+    Shell->ExploreComponent(component.get());
+    Settle();
+    const QPointer<TZOServiceItem> item = Shell->GetServices(0);
+    Log.clear();
+    component.reset();
+    // The pages could still ask the item for its name.
+    EXPECT_EQ(Log,
+              (QStringList{QStringLiteral("Mine removed Mine"), QStringLiteral("Services removed Mine")}));
+    EXPECT_TRUE(item.isNull());
+    EXPECT_EQ(Shell->GetServiceCount(), 2);
+    EXPECT_EQ(Shell->FindService(component.get()), nullptr);
+}
+
+TEST_F(ShellServices, ForgetAPageOnItsWayWhoseComponentDies) {
+    ShowShell();
+    auto component = std::make_unique<TTestService>(First.get());
+    Shell->ExploreComponent(component.get());
+    component.reset();
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services"));
+}
+
+TEST_F(ShellServices, KeepTheItemOfARegisteredClass) {
+    ShowShell();
+    TZORestService* component = Shell->GetServices(0)->Component();
+    component->FreeNotifier().Register(Shell.get());
+    Log.clear();
+    component->FreeNotifier().AnnounceRemoval(component);
+    EXPECT_EQ(Shell->GetServiceCount(), 2);
+    EXPECT_EQ(Log, QStringList());
+}
+
+TEST_F(ShellServices, LetAComponentOutliveTheShell) {
+    ShowShell();
+    auto component = std::make_unique<TTestService>(First.get());
+    Shell->ExploreComponent(component.get());
+    Settle();
+    Shell.reset();
+    component.reset(); // announces to nobody
+}
+
+TEST_F(ShellServices, GrowWithAClassThatComesLater) {
+    ShowShell();
+    Push({QStringLiteral("A")});
+    const auto third = MakeServiceClass(QStringLiteral("TThird"), QStringLiteral("Third."));
+    Shell->ServiceClassAdded(third.get());
+    Shell->ServiceClassAdded(third.get());
+    ASSERT_EQ(Shell->GetServiceCount(), 3);
+    EXPECT_EQ(Shell->GetServices(2)->Name(), QStringLiteral("TThird"));
+    EXPECT_EQ(Log, (QStringList{QStringLiteral("A added TThird"), QStringLiteral("Services added TThird")}));
+    Shell->ServiceClassRemoved(third.get());
+}
+
+TEST_F(ShellServices, GoBackToTheListWhenTheClassOfAnOpenPageGoes) {
+    ShowShell();
+    Shell->NavigateAsync(MakeOperationList(Shell.get(), Shell->GetServices(0)));
+    Settle();
+    Log.clear();
+    Shell->ServiceClassRemoved(First.get());
+    EXPECT_EQ(Bar(), QStringLiteral("Services"));
+    EXPECT_EQ(Log, (QStringList{QStringLiteral("destroyed TFirstService"),
+                                QStringLiteral("Services removed TFirstService")}));
+    ASSERT_EQ(Shell->GetServiceCount(), 1);
+    EXPECT_EQ(Shell->GetServices(0)->SvcClass(), Second.get());
+}
+
+TEST_F(ShellServices, StayOnThePageOfAnotherClass) {
+    ShowShell();
+    Shell->NavigateAsync(MakeOperationList(Shell.get(), Shell->GetServices(0)));
+    Settle();
+    Shell->ServiceClassRemoved(Second.get());
+    EXPECT_EQ(Bar(), QStringLiteral("Services > TFirstService"));
+    EXPECT_EQ(Shell->GetServiceCount(), 1);
+}
+
+TEST_F(ShellServices, LoseAUsersComponentWithItsClass) {
+    ShowShell();
+    TTestService component(First.get());
+    Shell->ExploreComponent(&component);
+    Shell->ServiceClassRemoved(First.get());
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services"));
+    EXPECT_EQ(Shell->GetServiceCount(), 1);
+}
+
+TEST_F(ShellServices, SaveTheirTokensWhenTheShellGoes) {
+    MakeShell();
+    {
+        // A token that came without a report, as from before the item listened.
+        const QSignalBlocker blocker(Shell->GetServices(0)->Component());
+        Shell->GetServices(0)->Component()->SetToken(QStringLiteral("abc"), QString(), 0);
+    }
+    EXPECT_FALSE(TRegistry().KeyExists(SettingsKey(QStringLiteral("TFirstService"))));
+    Shell.reset();
+    MakeShell();
+    EXPECT_EQ(Shell->GetServices(0)->Component()->GetToken(), QStringLiteral("abc"));
+    EXPECT_FALSE(TRegistry().KeyExists(SettingsKey(QStringLiteral("TSecondService"))));
+}
+
+TEST_F(ShellServices, DoNotRaiseWhenTheirTokensCannotBeSaved) {
+    MakeShell();
+    {
+        const QSignalBlocker blocker(Shell->GetServices(0)->Component());
+        Shell->GetServices(0)->Component()->SetToken(QStringLiteral("abc"), QString(), 0);
+    }
+    QDir(Folder.path()).mkpath(QStringLiteral("settings.db"));
+    Shell.reset();
+    ASSERT_EQ(Reports.size(), 1);
+    EXPECT_TRUE(Reports[0].contains(QLatin1String("settings.db")));
+}
