@@ -215,20 +215,25 @@ bool TZOJsonDecoder::Fill(TValue& AValue, std::string_view AToken, const TZOType
     return FailType(AType, AToken);
 }
 
+bool TZOJsonDecoder::Text(TValue& AValue, std::string_view AToken, std::string_view& AText) {
+    if (AToken.find('\\') == AToken.npos) {
+        AText = Content(AToken);
+        return true;
+    }
+    if (!JsonText::IsStringContent(Content(AToken)))
+        return Fail(QStringLiteral("the string holds an escape that JSON does not know"), AToken.data());
+    if (JsonText::HasLoneSurrogate(Content(AToken)))
+        return Fail(QStringLiteral("the string escapes half a character"), AToken.data());
+    const auto error = AValue.get_string().get(AText);
+    return !error || FailSyntax(error);
+}
+
 bool TZOJsonDecoder::FillString(TValue& AValue, std::string_view AToken, QString& AString) {
+    std::string_view text;
     if (!IsString(AToken))
         return FailType(TZOTypeLibrary::Scalar(vkString), AToken);
-    std::string_view text;
-    if (AToken.find('\\') == AToken.npos) {
-        text = Content(AToken);
-    } else {
-        if (!JsonText::IsStringContent(Content(AToken)))
-            return Fail(QStringLiteral("the string holds an escape that JSON does not know"), AToken.data());
-        if (JsonText::HasLoneSurrogate(Content(AToken)))
-            return Fail(QStringLiteral("the string escapes half a character"), AToken.data());
-        if (const auto error = AValue.get_string().get(text))
-            return FailSyntax(error);
-    }
+    if (!Text(AValue, AToken, text))
+        return false;
     AString = QString::fromUtf8(text.data(), qsizetype(text.size()));
     return true;
 }
@@ -274,8 +279,8 @@ bool TZOJsonDecoder::FillDate(TValue& AValue, std::string_view AToken, const TZO
                               double& ADate) {
     if (!IsString(AToken))
         return FailType(AType, AToken);
-    QString text;
-    if (!FillString(AValue, AToken, text))
+    std::string_view text;
+    if (!Text(AValue, AToken, text))
         return false;
     if (!TZORfc3339::TryParse(text, ADate))
         return Fail(QStringLiteral("%1 is not a valid RFC 3339 date or date-time").arg(Shown(AToken)),
@@ -352,12 +357,11 @@ bool TZOJsonDecoder::FillProperties(ondemand::object& AFields, ZOObject* AObject
             return FailSyntax(error);
         if (!ADiscriminator.empty() && field.key().unsafe_is_equal(ADiscriminator))
             continue;
-        std::string_view key;
-        if (!Key(field, key))
+        if (!FillProperty(field, AObject, expected))
             return false;
-        if (!FillProperty(field, key, AObject, expected))
-            return Step(key);
     }
+    if (!FCountsMisfits)
+        return true;
     const auto* type = ZOObject::TData::Type(AObject);
     void* ref = nullptr;
     for (int i = 0; i < type->PropertyCount(); ++i)
@@ -365,27 +369,37 @@ bool TZOJsonDecoder::FillProperties(ondemand::object& AFields, ZOObject* AObject
     return true;
 }
 
-bool TZOJsonDecoder::FillProperty(ondemand::field& AField, std::string_view AKey, ZOObject* AObject,
-                                  int& AExpected) {
+bool TZOJsonDecoder::FillProperty(ondemand::field& AField, ZOObject* AObject, int& AExpected) {
     const auto* type = ZOObject::TData::Type(AObject);
     // Servers write properties in the order of their type, so the next one is usually known.
     PProperty property = nullptr;
-    if (AExpected < type->PropertyCount() && type->PropertyNameUtf8(AExpected) == AKey)
+    std::string_view key;
+    if (AExpected < type->PropertyCount() && type->HasPlainNames())
+        key = type->PropertyNameUtf8(AExpected);
+    if (!key.empty() && AField.key().unsafe_is_equal(key)) {
         property = type->Property(AExpected);
-    else
-        property = type->FindPropertyUtf8(AKey);
+    } else {
+        if (!Key(AField, key))
+            return false;
+        property = type->FindPropertyUtf8(key);
+    }
     if (!property) {
         ++FMisfits;
         std::string_view token;
-        return Token(AField.value(), token) && Skip(AField.value(), token);
+        return (Token(AField.value(), token) && Skip(AField.value(), token)) || Step(key);
     }
     AExpected = property->Index + 1;
-    void* old = nullptr;
-    if (ZOObject::TData::GetProp(AObject, property->Index, old))
-        ZOObject::TData::SetProp(AObject, property->Index, false, old);
-    return FillSlot(AField.value(), property->Type, [&](bool has, void*& ref) {
-        return ZOObject::TData::SetProp(AObject, property->Index, has, ref);
-    });
+    void* storage = nullptr;
+    std::string_view token;
+    if (!Token(AField.value(), token))
+        return false;
+    // The last one of repeated keys counts, and nothing of the earlier ones.
+    if (ZOObject::TData::GetProp(AObject, property->Index, storage))
+        ZOObject::TData::SetProp(AObject, property->Index, false, storage);
+    if (IsNull(token, property->Type))
+        return true;
+    ZOObject::TData::SetProp(AObject, property->Index, true, storage);
+    return Fill(AField.value(), token, property->Type, storage) || Step(key);
 }
 
 bool TZOJsonDecoder::Skip(TValue& AValue, std::string_view AToken) {

@@ -138,6 +138,7 @@ bool TZOJsonDecoder::FillBare(TValue& AValue, std::string_view AToken, ZOUnion* 
             continue;
         }
         TZOJsonDecoder trial(wrapped.constData(), size, FDepth);
+        trial.CountMisfits();
         TZOValueHolder value(tag.Type, true);
         const bool fits = trial.DecodeOnlyElement(tag.Type, value) && value.HasValue();
         if (fits && (!best || trial.Misfits() < bestMisfits)) {

@@ -35,12 +35,16 @@ public:
     const QString& Pointer() const { return FPointer; }
     /// How badly a value that was read fits its type: properties skipped and required ones missed.
     int Misfits() const { return FMisfits; }
+    /// Makes Misfits count required properties, which takes a look at each object's.
+    void CountMisfits() { FCountsMisfits = true; }
 
 private:
     using TValue = simdjson::ondemand::value;
 
     /// One value as it stands in the text: AToken is its first token, with nothing behind it.
     bool Fill(TValue& AValue, std::string_view AToken, const TZOTypeInfo* AType, void* AStorage);
+    /// The text of a string token, in the document or unescaped beside it.
+    bool Text(TValue& AValue, std::string_view AToken, std::string_view& AText);
     bool FillString(TValue& AValue, std::string_view AToken, QString& AString);
     bool FillWholeNumber(std::string_view AToken, qint64 AMin, qint64 AMax, qint64& ANumber);
     bool FillFloat(std::string_view AToken, double& ANumber);
@@ -52,8 +56,7 @@ private:
                     ZOObject*& AObject);
     bool FillProperties(simdjson::ondemand::object& AFields, ZOObject* AObject,
                         std::string_view ADiscriminator);
-    bool FillProperty(simdjson::ondemand::field& AField, std::string_view AKey, ZOObject* AObject,
-                      int& AExpected);
+    bool FillProperty(simdjson::ondemand::field& AField, ZOObject* AObject, int& AExpected);
     bool FillUnion(TValue& AValue, std::string_view AToken, const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
     bool FillTagged(TValue& AValue, std::string_view AToken, ZOUnion* AUnion);
     bool FillBare(TValue& AValue, std::string_view AToken, ZOUnion* AUnion);
@@ -91,4 +94,5 @@ private:
     QString FPointer;
     std::size_t FErrorOffset = 0;
     int FMisfits = 0;
+    bool FCountsMisfits = false;
 };

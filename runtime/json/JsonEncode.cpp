@@ -11,19 +11,55 @@
 
 #include <QIODevice>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <string_view>
 
 namespace {
 
+/// Text that grows at its end, with few questions asked on the way.
+class TBuffer {
+public:
+    void Append(char AChar) {
+        Ensure(1);
+        FBytes.data()[FSize++] = AChar;
+    }
+    void Append(const char* AText) { Append(AText, qsizetype(std::strlen(AText))); }
+    void Append(const QByteArray& AText) { Append(AText.constData(), AText.size()); }
+    void Append(const char* AText, qsizetype ASize) {
+        Ensure(ASize);
+        std::memcpy(FBytes.data() + FSize, AText, std::size_t(ASize));
+        FSize += ASize;
+    }
+    void AppendQuoted(QStringView AText) {
+        Ensure(JsonText::QuotedSize(AText));
+        FSize = JsonText::PutQuoted(FBytes.data() + FSize, AText) - FBytes.constData();
+    }
+    QByteArray Take() {
+        FBytes.resize(FSize);
+        return std::move(FBytes);
+    }
+
+private:
+    void Ensure(qsizetype ASize) {
+        if (FSize + ASize > FBytes.size())
+            FBytes.resize(std::max(FBytes.size() * 2, FSize + ASize + 256));
+    }
+
+    QByteArray FBytes;
+    qsizetype FSize = 0;
+};
+
 class TEncoder {
 public:
-    QByteArray Json;
+    TBuffer Json;
 
     void Value(const TZOTypeInfo* AType, const void* AValue) {
         switch (AType->Kind()) {
         case vkString:
-            JsonText::AppendQuoted(Json, *static_cast<const QString*>(AValue));
+            Json.AppendQuoted(*static_cast<const QString*>(AValue));
             break;
         case vkInteger:
             Number(*static_cast<const qint32*>(AValue));
@@ -32,7 +68,7 @@ public:
             Number(*static_cast<const qint64*>(AValue));
             break;
         case vkBoolean:
-            Json.append(*static_cast<const quint8*>(AValue) ? "true" : "false");
+            Json.Append(*static_cast<const quint8*>(AValue) ? "true" : "false");
             break;
         case vkFloat:
             Float(*static_cast<const double*>(AValue));
@@ -44,13 +80,13 @@ public:
             Quoted(TZORfc3339::DateToStr(*static_cast<const double*>(AValue)));
             break;
         case vkAny:
-            Json.append(static_cast<const ZOAny*>(AValue)->GetJsonUtf8());
+            Json.Append(static_cast<const ZOAny*>(AValue)->GetJsonUtf8());
             break;
         case vkUpload:
             Upload(*static_cast<const ZOUpload*>(AValue));
             break;
         case vkDownload:
-            Json.append("null");
+            Json.Append("null");
             break;
         case vkList:
             List(*static_cast<const ZOList*>(AValue));
@@ -73,21 +109,21 @@ private:
     /// A comma before every entry but the first.
     void Separate(bool& AIsFirst) {
         if (!AIsFirst)
-            Json.append(',');
+            Json.Append(',');
         AIsFirst = false;
     }
 
     void Quoted(const QString& AText) {
-        Json.append('"');
-        Json.append(AText.toLatin1());
-        Json.append('"');
+        Json.Append('"');
+        Json.Append(AText.toLatin1());
+        Json.Append('"');
     }
 
     template <class T>
     void Number(T ANumber) {
         char buffer[32];
         const auto result = std::to_chars(buffer, buffer + sizeof buffer, ANumber);
-        Json.append(buffer, result.ptr - buffer);
+        Json.Append(buffer, result.ptr - buffer);
     }
 
     void Float(double ANumber) {
@@ -99,18 +135,18 @@ private:
     void Upload(const ZOUpload& AUpload) {
         QIODevice* stream = AUpload.GetStream();
         if (!stream) {
-            Json.append("null");
+            Json.Append("null");
             return;
         }
         if (!stream->isSequential() && !stream->seek(0))
             throw EZOUploadError(QStringLiteral("The upload cannot be read: %1").arg(stream->errorString()));
-        Json.append('"');
-        Json.append(stream->readAll().toBase64());
-        Json.append('"');
+        Json.Append('"');
+        Json.Append(stream->readAll().toBase64());
+        Json.Append('"');
     }
 
     void List(const ZOList& AList) {
-        Json.append('[');
+        Json.Append('[');
         bool isFirst = true;
         void* ref = nullptr;
         for (int i = 0; i < AList.Count(); ++i) {
@@ -118,54 +154,54 @@ private:
             if (AList.GetItem(i, ref))
                 Value(AList.Type()->ItemType(), ref);
             else
-                Json.append("null");
+                Json.Append("null");
         }
-        Json.append(']');
+        Json.Append(']');
     }
 
     void Map(const ZOMap& AMap) {
-        Json.append('{');
+        Json.Append('{');
         bool isFirst = true;
         void* ref = nullptr;
         const QStringList keys = AMap.Keys();
         for (int i = 0; i < AMap.Count(); ++i) {
             Separate(isFirst);
-            JsonText::AppendQuoted(Json, keys.at(i));
-            Json.append(':');
+            Json.AppendQuoted(keys.at(i));
+            Json.Append(':');
             if (AMap.GetItemAt(i, ref))
                 Value(AMap.Type()->ItemType(), ref);
             else
-                Json.append("null");
+                Json.Append("null");
         }
-        Json.append('}');
+        Json.Append('}');
     }
 
     void Object(const ZOObject::TTypeInfo* ADeclared, const ZOObject* AObject) {
         if (!AObject) {
-            Json.append("null");
+            Json.Append("null");
             return;
         }
         const auto* type = ZOObject::TData::Type(AObject);
         const auto* subtype = ADeclared->GetSubtypeByType(type);
         const int discriminator = DiscriminatorProperty(ADeclared, type);
-        Json.append('{');
+        Json.Append('{');
         bool isFirst = true;
         if (subtype) {
             Separate(isFirst);
-            JsonText::AppendQuoted(Json, ADeclared->DiscriminatorName());
-            Json.append(':');
-            JsonText::AppendQuoted(Json, subtype->Name);
+            Json.AppendQuoted(ADeclared->DiscriminatorName());
+            Json.Append(':');
+            Json.AppendQuoted(subtype->Name);
         }
         void* ref = nullptr;
         for (int i = 0; i < type->PropertyCount(); ++i) {
             if (i == discriminator || !ZOObject::TData::GetProp(AObject, i, ref))
                 continue;
             Separate(isFirst);
-            JsonText::AppendQuoted(Json, type->Property(i)->Name);
-            Json.append(':');
+            Json.AppendQuoted(type->Property(i)->Name);
+            Json.Append(':');
             Value(type->Property(i)->Type, ref);
         }
-        Json.append('}');
+        Json.Append('}');
     }
 
     /// A subtype may list the discriminator among its properties: it is written once, from the subtype.
@@ -182,19 +218,19 @@ private:
         const bool hasValue = tag && ZOUnion::TData::GetTag(AUnion, tag->Index, ref);
         const bool isTagged = tag && ZOUnion::TData::Type(AUnion)->Form() == ufTagged;
         if (isTagged) {
-            Json.append('{');
-            JsonText::AppendQuoted(Json, ZOUnion::TData::Type(AUnion)->TagName());
-            Json.append(':');
-            JsonText::AppendQuoted(Json, tag->Name);
+            Json.Append('{');
+            Json.AppendQuoted(ZOUnion::TData::Type(AUnion)->TagName());
+            Json.Append(':');
+            Json.AppendQuoted(tag->Name);
             if (hasValue)
-                Json.append(",\"value\":");
+                Json.Append(",\"value\":");
         }
         if (hasValue)
             Value(tag->Type, ref);
         else if (!isTagged)
-            Json.append("null");
+            Json.Append("null");
         if (isTagged)
-            Json.append('}');
+            Json.Append('}');
     }
 };
 
@@ -203,7 +239,7 @@ private:
 QByteArray TZOJson::Encode(const TZOTypeInfo* AType, const void* AValue) {
     TEncoder encoder;
     encoder.Value(AType, AValue);
-    return encoder.Json;
+    return encoder.Json.Take();
 }
 
 QByteArray TZOJson::Encode(const TZOValueHolder& AValue) {

@@ -135,30 +135,30 @@ private:
     std::string FOpen;
 };
 
-void AppendEscape(QByteArray& AJson, ushort AUnit) {
+char* PutEscape(char* APlace, ushort AUnit) {
     static constexpr char hex[] = "0123456789abcdef";
+    *APlace++ = '\\';
     switch (AUnit) {
     case '"':
-        AJson.append("\\\"");
-        return;
     case '\\':
-        AJson.append("\\\\");
-        return;
+        *APlace++ = static_cast<char>(AUnit);
+        return APlace;
     case '\n':
-        AJson.append("\\n");
-        return;
+        *APlace++ = 'n';
+        return APlace;
     case '\r':
-        AJson.append("\\r");
-        return;
+        *APlace++ = 'r';
+        return APlace;
     case '\t':
-        AJson.append("\\t");
-        return;
+        *APlace++ = 't';
+        return APlace;
     default:
         break;
     }
-    const char escape[] = {
-        '\\', 'u', hex[AUnit >> 12], hex[(AUnit >> 8) & 15], hex[(AUnit >> 4) & 15], hex[AUnit & 15]};
-    AJson.append(escape, sizeof escape);
+    *APlace++ = 'u';
+    for (int shift = 12; shift >= 0; shift -= 4)
+        *APlace++ = hex[(AUnit >> shift) & 15];
+    return APlace;
 }
 
 bool NeedsEscape(ushort AUnit) { return AUnit < 0x20 || AUnit == '"' || AUnit == '\\'; }
@@ -271,35 +271,29 @@ QByteArray JsonText::WithoutWhiteSpace(QByteArray AText) {
     return result;
 }
 
-void JsonText::AppendQuoted(QByteArray& AJson, QStringView AText) {
+char* JsonText::PutQuoted(char* APlace, QStringView AText) {
     const auto* text = reinterpret_cast<const ushort*>(AText.utf16());
-    AJson.append('"');
-    for (qsizetype i = 0; i < AText.size();) {
-        if (NeedsEscape(text[i])) {
-            AppendEscape(AJson, text[i++]);
-            continue;
-        }
-        // A run without escapes is written in one go: at most three bytes a code unit.
-        qsizetype end = i;
-        while (end < AText.size() && !NeedsEscape(text[end]))
-            ++end;
-        const qsizetype before = AJson.size();
-        AJson.resize(before + (end - i) * 3);
-        char* place = AJson.data() + before;
-        bool lone = false;
-        for (; i < end && !lone; ++i) {
-            char32_t code = text[i];
-            if (QChar::isHighSurrogate(code) && i + 1 < end && QChar::isLowSurrogate(text[i + 1]))
-                code = QChar::surrogateToUcs4(text[i], text[i + 1]), ++i;
-            else if (QChar::isSurrogate(code)) {
-                lone = true;
-                break;
-            }
-            place = PutUtf8(place, code);
-        }
-        AJson.resize(place - AJson.constData());
-        if (lone)
-            AppendEscape(AJson, text[i++]);
+    const auto* end = text + AText.size();
+    *APlace++ = '"';
+    while (text < end) {
+        const ushort unit = *text++;
+        if (NeedsEscape(unit))
+            APlace = PutEscape(APlace, unit);
+        else if (unit < 0x80)
+            *APlace++ = static_cast<char>(unit);
+        else if (QChar::isHighSurrogate(unit) && text < end && QChar::isLowSurrogate(*text))
+            APlace = PutUtf8(APlace, QChar::surrogateToUcs4(unit, *text++));
+        else if (QChar::isSurrogate(unit))
+            APlace = PutEscape(APlace, unit);
+        else
+            APlace = PutUtf8(APlace, unit);
     }
-    AJson.append('"');
+    *APlace++ = '"';
+    return APlace;
+}
+
+void JsonText::AppendQuoted(QByteArray& AJson, QStringView AText) {
+    const qsizetype before = AJson.size();
+    AJson.resize(before + QuotedSize(AText));
+    AJson.resize(PutQuoted(AJson.data() + before, AText) - AJson.constData());
 }

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QStringView>
 
 #include <string_view>
 
@@ -24,7 +25,12 @@ bool HasLoneSurrogate(std::string_view AContent);
 
 /// AText, which must be valid, without white space between its tokens.
 QByteArray WithoutWhiteSpace(QByteArray AText);
-/// Appends AText as a JSON string with its quotes. A lone surrogate is escaped.
+/// Bytes that PutQuoted writes at most.
+inline qsizetype QuotedSize(QStringView AText) { return AText.size() * 6 + 2; }
+/// Writes AText as a JSON string with its quotes and returns the place behind it. A lone surrogate is
+/// escaped.
+char* PutQuoted(char* APlace, QStringView AText);
+/// Appends what PutQuoted writes.
 void AppendQuoted(QByteArray& AJson, QStringView AText);
 
 } // namespace JsonText

@@ -1,28 +1,14 @@
 #include "runtime/types/List.h"
 
-#include "runtime/types/SlotArray.h"
-
 #include "platform/Exceptions.h"
 
 ZOList::ZOList(const TTypeInfo* AType) : FType(AType) {}
 
 ZOList::ZOList(const ZOList& ASource) : FType(ASource.FType) {
-    if (ASource.FSlots)
-        Slots().CopyFrom(FType->ItemType(), *ASource.FSlots);
+    FSlots.CopyFrom(FType->ItemType(), ASource.FSlots);
 }
 
-ZOList::~ZOList() {
-    if (FSlots)
-        FSlots->Clear(FType->ItemType());
-}
-
-TZOSlotArray& ZOList::Slots() {
-    if (!FSlots)
-        FSlots = std::make_unique<TZOSlotArray>();
-    return *FSlots;
-}
-
-int ZOList::Count() const noexcept { return FSlots ? FSlots->Count() : 0; }
+ZOList::~ZOList() { FSlots.Clear(FType->ItemType()); }
 
 void ZOList::CheckIndex(int AIndex) const {
     if (AIndex < 0 || AIndex >= Count())
@@ -30,9 +16,9 @@ void ZOList::CheckIndex(int AIndex) const {
 }
 
 bool ZOList::GetItem(int AIndex, void*& ARef) const {
-    if (AIndex < 0 || AIndex >= Count() || !FSlots->IsPresent(AIndex))
+    if (AIndex < 0 || AIndex >= Count() || !FSlots.IsPresent(AIndex))
         return false;
-    ARef = FSlots->At(AIndex);
+    ARef = FSlots.At(AIndex);
     return true;
 }
 
@@ -44,24 +30,24 @@ void ZOList::GetByRef(int AIndex, void*& ARef) {
 bool ZOList::SetItem(int AIndex, bool AHasValue, void*& ARef) {
     if (AIndex < 0 || AIndex >= Count())
         return false;
-    FSlots->SetPresent(FType->ItemType(), AIndex, AHasValue);
+    FSlots.SetPresent(FType->ItemType(), AIndex, AHasValue);
     if (AHasValue)
-        ARef = FSlots->At(AIndex);
+        ARef = FSlots.At(AIndex);
     return true;
 }
 
 bool ZOList::Insert(int AIndex, bool AHasValue, void*& ARef) {
     if (AIndex < 0 || AIndex > Count())
         return false;
-    Slots().Insert(FType->ItemType(), AIndex, AHasValue);
+    FSlots.Insert(FType->ItemType(), AIndex, AHasValue);
     if (AHasValue)
-        ARef = FSlots->At(AIndex);
+        ARef = FSlots.At(AIndex);
     return true;
 }
 
 void ZOList::Delete(int AIndex) {
     CheckIndex(AIndex);
-    FSlots->Delete(FType->ItemType(), AIndex);
+    FSlots.Delete(FType->ItemType(), AIndex);
 }
 
-void ZOList::Reserve(int ACount) { Slots().Reserve(FType->ItemType(), ACount); }
+void ZOList::Reserve(int ACount) { FSlots.Reserve(FType->ItemType(), ACount); }

@@ -1,11 +1,8 @@
 // Lists of typed values.
 #pragma once
 
+#include "runtime/types/SlotArray.h"
 #include "runtime/types/TypeInfo.h"
-
-#include <memory>
-
-class TZOSlotArray;
 
 /// A list held in place in its slot; 16 bytes. Copying and destroying go through ZOStorage.
 class ZOList {
@@ -18,7 +15,7 @@ public:
     ~ZOList();
 
     const TTypeInfo* Type() const noexcept { return FType; }
-    int Count() const noexcept;
+    int Count() const noexcept { return FSlots.Count(); }
 
     /// Presence of element AIndex; its storage in ARef when present. False outside 0..Count()-1.
     bool GetItem(int AIndex, void*& ARef) const;
@@ -36,10 +33,9 @@ public:
 
 private:
     void CheckIndex(int AIndex) const;
-    TZOSlotArray& Slots();
 
     const TTypeInfo* FType;
-    std::unique_ptr<TZOSlotArray> FSlots; // null while empty
+    TZOSlotArray FSlots;
 };
 
 class ZOList::TTypeInfo : public TZOTypeInfo {

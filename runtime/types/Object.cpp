@@ -8,13 +8,6 @@
 #include <cstring>
 #include <new>
 
-/// Where the parts of an instance stand, in bytes from its start.
-struct ZOObject::TTypeInfo::TLayout {
-    std::vector<quint32> Offsets; // by property index
-    quint32 PresenceBytes = 0;
-    quint32 Size = 0;
-};
-
 namespace {
 
 constexpr std::size_t HeaderSize = sizeof(ZOObject);
@@ -36,12 +29,16 @@ void MarkPresent(ZOObject* AObject, int AIndex, bool AHasValue) {
 } // namespace
 
 ZOObject::~ZOObject() {
-    const TTypeInfo::TLayout& layout = FType->Layout();
     for (int i = 0; i < FType->PropertyCount(); ++i) {
         if (IsPresent(this, i))
-            ZOStorage::Destroy(FType->Property(i)->Type,
-                               BlockOf(this) + layout.Offsets[static_cast<std::size_t>(i)]);
+            ZOStorage::Destroy(FType->Property(i)->Type, BlockOf(this) + FType->Offset(i));
     }
+}
+
+void ZOObject::operator delete(ZOObject* AObject, std::destroying_delete_t) {
+    TZOBlockPool& instances = AObject->FType->FInstances;
+    AObject->~ZOObject();
+    instances.Free(AObject);
 }
 
 ZOObject::TTypeInfo::TTypeInfo(const QString& AName, const QString& ADescription)
@@ -72,41 +69,38 @@ const ZOObject::TSubtype* ZOObject::TTypeInfo::FindSubtype(QStringView AName) co
 }
 
 std::unique_ptr<ZOObject> ZOObject::TTypeInfo::CreateInstance() const {
-    const TLayout& layout = Layout();
-    void* block = ::operator new(layout.Size);
+    if (FInstanceBytes == 0)
+        MakeLayout();
+    void* block = FInstances.Allocate(FInstanceBytes);
     std::unique_ptr<ZOObject> object(new (block) ZOObject(this));
-    std::memset(BlockOf(object.get()) + HeaderSize, 0, layout.PresenceBytes);
+    std::memset(BlockOf(object.get()) + HeaderSize, 0, FPresenceBytes);
     return object;
 }
 
-const ZOObject::TTypeInfo::TLayout& ZOObject::TTypeInfo::Layout() const {
-    if (FLayout)
-        return *FLayout;
-    auto layout = std::make_unique<TLayout>();
-    layout->PresenceBytes = static_cast<quint32>((FProperties.size() + 7) / 8);
-    std::size_t offset = HeaderSize + layout->PresenceBytes;
-    layout->Offsets.resize(FProperties.size());
+void ZOObject::TTypeInfo::MakeLayout() const {
+    FPresenceBytes = static_cast<quint32>((FProperties.size() + 7) / 8);
+    std::size_t offset = HeaderSize + FPresenceBytes;
+    FOffsets.resize(FProperties.size());
     // Small properties first fill the space behind the presence bits.
     for (const std::size_t align : {1u, 2u, 4u, 8u}) {
         for (PProperty property : FProperties) {
             if (ZOStorage::Align(property->Type) != align)
                 continue;
             offset = (offset + align - 1) / align * align;
-            layout->Offsets[static_cast<std::size_t>(property->Index)] = static_cast<quint32>(offset);
+            FOffsets[static_cast<std::size_t>(property->Index)] = static_cast<quint32>(offset);
             offset += ZOStorage::Size(property->Type);
         }
     }
-    layout->Size = static_cast<quint32>(offset);
-    FLayout = std::move(layout);
-    return *FLayout;
+    FInstanceBytes = static_cast<quint32>(offset);
 }
 
 void ZOObject::TTypeInfo::AddGroup(const QString& AName) { FGroups.push_back({AName, {}}); }
 
 void ZOObject::TTypeInfo::AddProperty(TProperty AProperty) {
-    if (FLayout)
+    if (FInstanceBytes > 0)
         throw EListError(QStringLiteral("Type %1 is in use and takes no more properties").arg(Name()));
     FUtf8Names.push_back(AProperty.Name.toStdString());
+    FHasPlainNames &= FUtf8Names.back().find_first_of("\\\"") == std::string::npos;
     if (!FByName.emplace(FUtf8Names.back(), PropertyCount()).second)
         throw EListError(QStringLiteral("Type %1 already has a property %2").arg(Name(), AProperty.Name));
     AProperty.Index = PropertyCount();
@@ -127,7 +121,7 @@ const ZOObject::TTypeInfo* ZOObject::TData::Type(const ZOObject* AObject) { retu
 bool ZOObject::TData::GetProp(const ZOObject* AObject, int AIndex, void*& ARef) {
     if (!AObject || !IsPresent(AObject, AIndex))
         return false;
-    ARef = BlockOf(AObject) + AObject->FType->Layout().Offsets[static_cast<std::size_t>(AIndex)];
+    ARef = BlockOf(AObject) + AObject->FType->Offset(AIndex);
     return true;
 }
 
@@ -142,7 +136,7 @@ bool ZOObject::TData::SetProp(ZOObject* AObject, int AIndex, bool AHasValue, voi
     if (!AObject)
         return false;
     const TZOTypeInfo* type = AObject->FType->Property(AIndex)->Type;
-    void* storage = BlockOf(AObject) + AObject->FType->Layout().Offsets[static_cast<std::size_t>(AIndex)];
+    void* storage = BlockOf(AObject) + AObject->FType->Offset(AIndex);
     if (IsPresent(AObject, AIndex) != AHasValue) {
         if (AHasValue)
             ZOStorage::Construct(type, storage);
@@ -168,9 +162,7 @@ std::unique_ptr<ZOObject> ZOObject::TData::Clone(const ZOObject* AObject) {
         void* source = nullptr;
         if (!GetProp(AObject, i, source))
             continue;
-        ZOStorage::CopyConstruct(type->Property(i)->Type,
-                                 BlockOf(copy.get()) + type->Layout().Offsets[static_cast<std::size_t>(i)],
-                                 source);
+        ZOStorage::CopyConstruct(type->Property(i)->Type, BlockOf(copy.get()) + type->Offset(i), source);
         MarkPresent(copy.get(), i, true);
     }
     return copy;

@@ -1,10 +1,12 @@
 // Objects: a fixed set of named properties, each present or absent.
 #pragma once
 
+#include "runtime/types/BlockPool.h"
 #include "runtime/types/TypeInfo.h"
 
 #include <deque>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,8 +25,8 @@ public:
     ZOObject(const ZOObject&) = delete;
     ZOObject& operator=(const ZOObject&) = delete;
     ~ZOObject();
-    /// Instances are longer than their header, so their size must not be passed on.
-    static void operator delete(void* ABlock) { ::operator delete(ABlock); }
+    /// Gives the block back to its type, which hands out many of one size.
+    static void operator delete(ZOObject* AObject, std::destroying_delete_t);
 
 private:
     explicit ZOObject(const TTypeInfo* AType) : FType(AType) {}
@@ -73,6 +75,9 @@ public:
         return FUtf8Names[static_cast<std::size_t>(AIndex)];
     }
 
+    /// Whether every property's name stands in JSON as it is.
+    bool HasPlainNames() const noexcept { return FHasPlainNames; }
+
     /// The key whose value names the subtype; empty when the type is not polymorphic.
     const QString& DiscriminatorName() const noexcept { return FDiscriminatorName; }
     bool GetHasSubtypes() const noexcept { return !FSubtypes.empty(); }
@@ -92,8 +97,9 @@ private:
     friend class TData;
     TTypeInfo(const QString& AName, const QString& ADescription);
 
-    struct TLayout;
-    const TLayout& Layout() const;
+    /// Where a property's storage stands in an instance, in bytes from its start.
+    quint32 Offset(int AIndex) const { return FOffsets[static_cast<std::size_t>(AIndex)]; }
+    void MakeLayout() const;
     void AddGroup(const QString& AName);
     void AddProperty(TProperty AProperty);
     void IndexProperties();
@@ -104,7 +110,12 @@ private:
     std::deque<std::string> FUtf8Names;
     QString FDiscriminatorName;
     std::vector<TSubtype> FSubtypes;
-    mutable std::unique_ptr<TLayout> FLayout; // made with the first instance
+    // Made with the first instance.
+    mutable std::vector<quint32> FOffsets;
+    mutable quint32 FPresenceBytes = 0;
+    mutable quint32 FInstanceBytes = 0;
+    mutable TZOBlockPool FInstances;
+    bool FHasPlainNames = true; // none that a JSON key would have to escape
 };
 
 /// Access to an object's properties. AIndex is TProperty::Index of the object's actual type.

@@ -2,6 +2,7 @@
 
 #include "platform/Exceptions.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <optional>
@@ -16,29 +17,30 @@ constexpr qint64 UnixEpoch = 25569;
 /// Reads fixed-width fields from the front of a text.
 class TFields {
 public:
-    explicit TFields(QStringView AText) : FText(AText) {}
+    explicit TFields(std::string_view AText) : FText(AText) {}
 
-    bool AtEnd() const { return FText.isEmpty(); }
+    bool AtEnd() const { return FText.empty(); }
 
     bool Take(char AChar) {
-        if (FText.isEmpty() || FText.front().toUpper() != QLatin1Char(AChar))
+        if (FText.empty() ||
+            (FText.front() != AChar && (!IsLetter(AChar) || FText.front() != (AChar | 0x20))))
             return false;
-        FText = FText.sliced(1);
+        FText.remove_prefix(1);
         return true;
     }
 
     /// Exactly ACount ASCII digits of a value from AMin to AMax.
-    std::optional<int> Number(qsizetype ACount, int AMin, int AMax) {
+    std::optional<int> Number(std::size_t ACount, int AMin, int AMax) {
         if (FText.size() < ACount)
             return {};
         int value = 0;
-        for (qsizetype i = 0; i < ACount; ++i) {
-            const char16_t digit = FText[i].unicode();
-            if (digit < u'0' || digit > u'9')
+        for (std::size_t i = 0; i < ACount; ++i) {
+            const char digit = FText[i];
+            if (digit < '0' || digit > '9')
                 return {};
-            value = value * 10 + (digit - u'0');
+            value = value * 10 + (digit - '0');
         }
-        FText = FText.sliced(ACount);
+        FText.remove_prefix(ACount);
         if (value < AMin || value > AMax)
             return {};
         return value;
@@ -49,26 +51,28 @@ public:
         qint64 micros = 0;
         qint64 unit = MicrosPerSecond;
         bool roundUp = false;
-        qsizetype count = 0;
+        std::size_t count = 0;
         for (; count < FText.size(); ++count) {
-            const char16_t digit = FText[count].unicode();
-            if (digit < u'0' || digit > u'9')
+            const char digit = FText[count];
+            if (digit < '0' || digit > '9')
                 break;
             if (unit > 1) {
                 unit /= 10;
-                micros += (digit - u'0') * unit;
+                micros += (digit - '0') * unit;
             } else if (count == 6) {
-                roundUp = digit >= u'5';
+                roundUp = digit >= '5';
             }
         }
         if (count == 0)
             return {};
-        FText = FText.sliced(count);
+        FText.remove_prefix(count);
         return micros + (roundUp ? 1 : 0);
     }
 
 private:
-    QStringView FText;
+    static bool IsLetter(char AChar) { return AChar >= 'A' && AChar <= 'Z'; }
+
+    std::string_view FText;
 };
 
 /// Days since 1899-12-30 of a full-date.
@@ -142,11 +146,39 @@ qint64 Resolution(TDateTime AValue) {
     return resolution;
 }
 
-QString DateText(qint64 ADays) {
+/// Writes ANumber with exactly ADigits digits and returns the place behind it.
+char* PutNumber(char* APlace, qint64 ANumber, int ADigits) {
+    for (int i = ADigits; i-- > 0; ANumber /= 10)
+        APlace[i] = static_cast<char>('0' + ANumber % 10);
+    return APlace + ADigits;
+}
+
+char* PutDate(char* APlace, qint64 ADays) {
     const std::chrono::sys_days day{std::chrono::days(ADays - UnixEpoch)};
     const std::chrono::year_month_day date(day);
-    return QString::asprintf("%04d-%02u-%02u", int(date.year()), unsigned(date.month()),
-                             unsigned(date.day()));
+    APlace = PutNumber(APlace, std::clamp(int(date.year()), 0, 9999), 4);
+    *APlace++ = '-';
+    APlace = PutNumber(APlace, unsigned(date.month()), 2);
+    *APlace++ = '-';
+    return PutNumber(APlace, unsigned(date.day()), 2);
+}
+
+char* PutTime(char* APlace, qint64 AMicros) {
+    const qint64 seconds = AMicros / MicrosPerSecond;
+    *APlace++ = 'T';
+    APlace = PutNumber(APlace, seconds / 3600, 2);
+    *APlace++ = ':';
+    APlace = PutNumber(APlace, seconds / 60 % 60, 2);
+    *APlace++ = ':';
+    APlace = PutNumber(APlace, seconds % 60, 2);
+    if (AMicros % MicrosPerSecond) {
+        *APlace++ = '.';
+        APlace = PutNumber(APlace, AMicros % MicrosPerSecond, 6);
+        while (APlace[-1] == '0')
+            --APlace;
+    }
+    *APlace++ = 'Z';
+    return APlace;
 }
 
 } // namespace
@@ -161,20 +193,24 @@ QString TZORfc3339::ToStr(TDateTime AValue) {
         micros = 0;
         ++days;
     }
-    const qint64 seconds = micros / MicrosPerSecond;
-    QString text = DateText(days) + QString::asprintf("T%02d:%02d:%02d", int(seconds / 3600),
-                                                      int(seconds / 60 % 60), int(seconds % 60));
-    if (micros % MicrosPerSecond) {
-        text += QString::asprintf(".%06d", int(micros % MicrosPerSecond));
-        while (text.endsWith(QLatin1Char('0')))
-            text.chop(1);
-    }
-    return text + QLatin1Char('Z');
+    char text[32];
+    const char* end = PutTime(PutDate(text, days), micros);
+    return QString::fromLatin1(text, end - text);
 }
 
-QString TZORfc3339::DateToStr(TDateTime AValue) { return DateText(static_cast<qint64>(std::floor(AValue))); }
+QString TZORfc3339::DateToStr(TDateTime AValue) {
+    char text[16];
+    const char* end = PutDate(text, static_cast<qint64>(std::floor(AValue)));
+    return QString::fromLatin1(text, end - text);
+}
 
 bool TZORfc3339::TryParse(QStringView AText, TDateTime& AValue) {
+    // Characters outside Latin-1 become "?", which no date holds.
+    const QByteArray text = AText.toLatin1();
+    return TryParse(std::string_view(text.constData(), std::size_t(text.size())), AValue);
+}
+
+bool TZORfc3339::TryParse(std::string_view AText, TDateTime& AValue) {
     TFields fields(AText);
     const auto days = ReadDate(fields);
     if (!days)

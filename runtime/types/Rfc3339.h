@@ -3,6 +3,8 @@
 
 #include "runtime/types/TypeInfo.h"
 
+#include <string_view>
+
 class TZORfc3339 {
 public:
     /// Date-time in UTC, "2024-02-29T12:30:00Z", with as many of six fractional digits as are not zero. A
@@ -16,4 +18,5 @@ public:
     static TDateTime Parse(const QString& AText);
     /// The same without exceptions; false leaves AValue alone.
     static bool TryParse(QStringView AText, TDateTime& AValue);
+    static bool TryParse(std::string_view AText, TDateTime& AValue);
 };

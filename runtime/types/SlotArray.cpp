@@ -21,89 +21,95 @@ T* Resized(T* AMemory, std::size_t ABytes) {
 } // namespace
 
 void TZOSlotArray::Reserve(const TZOTypeInfo* AType, int ACapacity) {
-    if (ACapacity <= FCapacity)
+    if (FBlock && ACapacity <= FBlock->Capacity)
         return;
-    FStride = ZOStorage::Size(AType);
+    const std::size_t stride = ZOStorage::Size(AType);
     const auto capacity = static_cast<std::size_t>(ACapacity);
-    FData = Resized(FData, capacity * FStride);
-    if (FAbsent)
-        FAbsent = Resized(FAbsent, capacity);
-    FCapacity = ACapacity;
+    const bool isNew = !FBlock;
+    FBlock = Resized(FBlock, sizeof(TBlock) + capacity * stride);
+    if (isNew)
+        new (FBlock) TBlock{nullptr, 0, 0, stride};
+    if (FBlock->Absent)
+        FBlock->Absent = Resized(FBlock->Absent, capacity);
+    FBlock->Capacity = ACapacity;
 }
 
 void TZOSlotArray::EnsureAbsentFlags() {
-    if (FAbsent)
+    if (FBlock->Absent)
         return;
-    FAbsent = Resized(FAbsent, static_cast<std::size_t>(FCapacity));
-    std::fill_n(FAbsent, FCount, false);
+    FBlock->Absent = Resized(FBlock->Absent, static_cast<std::size_t>(FBlock->Capacity));
+    std::fill_n(FBlock->Absent, FBlock->Count, false);
 }
 
 void TZOSlotArray::SetPresent(const TZOTypeInfo* AType, int AIndex, bool AHasValue) {
     if (IsPresent(AIndex) == AHasValue)
         return;
+    EnsureAbsentFlags();
     if (AHasValue)
         ZOStorage::Construct(AType, At(AIndex));
     else
         ZOStorage::Destroy(AType, At(AIndex));
-    EnsureAbsentFlags();
-    FAbsent[AIndex] = !AHasValue;
+    FBlock->Absent[AIndex] = !AHasValue;
 }
 
 void TZOSlotArray::Insert(const TZOTypeInfo* AType, int AIndex, bool AHasValue) {
-    if (FCount == FCapacity)
-        Reserve(AType, std::max(4, FCapacity + FCapacity / 2));
+    if (!FBlock || FBlock->Count == FBlock->Capacity)
+        Reserve(AType, FBlock ? std::max(4, FBlock->Capacity + FBlock->Capacity / 2) : 2);
     if (!AHasValue)
         EnsureAbsentFlags();
     // Constructed aside: a failure here must leave no hole.
     alignas(ZOStorage::MaxAlign) std::byte fresh[ZOStorage::MaxSize];
     if (AHasValue)
         ZOStorage::Construct(AType, fresh);
-    const auto behind = static_cast<std::size_t>(FCount - AIndex);
+    const auto behind = static_cast<std::size_t>(FBlock->Count - AIndex);
+    const std::size_t stride = FBlock->Stride;
     auto* place = static_cast<std::byte*>(At(AIndex));
-    std::memmove(place + FStride, place, behind * FStride);
+    std::memmove(place + stride, place, behind * stride);
     if (AHasValue)
-        std::memcpy(place, fresh, FStride);
-    if (FAbsent) {
-        std::memmove(FAbsent + AIndex + 1, FAbsent + AIndex, behind);
-        FAbsent[AIndex] = !AHasValue;
+        std::memcpy(place, fresh, stride);
+    if (FBlock->Absent) {
+        std::memmove(FBlock->Absent + AIndex + 1, FBlock->Absent + AIndex, behind);
+        FBlock->Absent[AIndex] = !AHasValue;
     }
-    ++FCount;
+    ++FBlock->Count;
 }
 
 void TZOSlotArray::Delete(const TZOTypeInfo* AType, int AIndex) {
     if (IsPresent(AIndex))
         ZOStorage::Destroy(AType, At(AIndex));
-    const auto behind = static_cast<std::size_t>(FCount - AIndex - 1);
+    const auto behind = static_cast<std::size_t>(FBlock->Count - AIndex - 1);
+    const std::size_t stride = FBlock->Stride;
     auto* place = static_cast<std::byte*>(At(AIndex));
-    std::memmove(place, place + FStride, behind * FStride);
-    if (FAbsent)
-        std::memmove(FAbsent + AIndex, FAbsent + AIndex + 1, behind);
-    --FCount;
+    std::memmove(place, place + stride, behind * stride);
+    if (FBlock->Absent)
+        std::memmove(FBlock->Absent + AIndex, FBlock->Absent + AIndex + 1, behind);
+    --FBlock->Count;
 }
 
 void TZOSlotArray::Clear(const TZOTypeInfo* AType) noexcept {
-    for (int i = 0; i < FCount; ++i) {
+    if (!FBlock)
+        return;
+    for (int i = 0; i < FBlock->Count; ++i) {
         if (IsPresent(i))
             ZOStorage::Destroy(AType, At(i));
     }
-    std::free(FData);
-    std::free(FAbsent);
-    FData = nullptr;
-    FAbsent = nullptr;
-    FCount = FCapacity = 0;
+    std::free(FBlock->Absent);
+    std::free(FBlock);
+    FBlock = nullptr;
 }
 
 void TZOSlotArray::CopyFrom(const TZOTypeInfo* AType, const TZOSlotArray& ASource) {
-    Reserve(AType, ASource.FCount);
-    for (int i = 0; i < ASource.FCount; ++i) {
-        if (ASource.IsPresent(i)) {
+    if (ASource.Count() == 0)
+        return;
+    Reserve(AType, ASource.Count());
+    for (int i = 0; i < ASource.Count(); ++i) {
+        const bool isPresent = ASource.IsPresent(i);
+        if (isPresent)
             ZOStorage::CopyConstruct(AType, At(i), ASource.At(i));
-            if (FAbsent)
-                FAbsent[i] = false;
-        } else {
+        else
             EnsureAbsentFlags();
-            FAbsent[i] = true;
-        }
-        FCount = i + 1;
+        if (FBlock->Absent)
+            FBlock->Absent[i] = !isPresent;
+        FBlock->Count = i + 1;
     }
 }

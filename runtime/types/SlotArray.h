@@ -5,17 +5,22 @@
 
 #include <cstddef>
 
+/// One pointer in size, and one block of memory: a header, the slots, and presence flags once a slot is
+/// absent.
 class TZOSlotArray {
 public:
     TZOSlotArray() = default;
     TZOSlotArray(const TZOSlotArray&) = delete;
     TZOSlotArray& operator=(const TZOSlotArray&) = delete;
 
-    int Count() const noexcept { return FCount; }
-    bool IsPresent(int AIndex) const noexcept { return !FAbsent || !FAbsent[AIndex]; }
-    void* At(int AIndex) const noexcept { return FData + static_cast<std::size_t>(AIndex) * FStride; }
+    int Count() const noexcept { return FBlock ? FBlock->Count : 0; }
+    /// AIndex in range, as below.
+    bool IsPresent(int AIndex) const noexcept { return !FBlock->Absent || !FBlock->Absent[AIndex]; }
+    void* At(int AIndex) const noexcept {
+        return reinterpret_cast<std::byte*>(FBlock + 1) + static_cast<std::size_t>(AIndex) * FBlock->Stride;
+    }
 
-    /// Makes slot AIndex present (constructed if it was not) or absent (destroyed). AIndex in range.
+    /// Makes slot AIndex present (constructed if it was not) or absent (destroyed).
     void SetPresent(const TZOTypeInfo* AType, int AIndex, bool AHasValue);
     /// Inserts a slot before AIndex, 0 to Count(). Storage of other slots may move.
     void Insert(const TZOTypeInfo* AType, int AIndex, bool AHasValue);
@@ -28,11 +33,13 @@ public:
     void CopyFrom(const TZOTypeInfo* AType, const TZOSlotArray& ASource);
 
 private:
+    struct TBlock {
+        bool* Absent = nullptr; // made when the first slot is absent: most arrays have none
+        int Count = 0;
+        int Capacity = 0;
+        std::size_t Stride = 0;
+    };
     void EnsureAbsentFlags();
 
-    std::byte* FData = nullptr;
-    bool* FAbsent = nullptr; // made when the first slot is absent: most arrays have none
-    int FCount = 0;
-    int FCapacity = 0;
-    std::size_t FStride = 0;
+    TBlock* FBlock = nullptr; // null while nothing was ever reserved
 };

@@ -15,11 +15,14 @@ T* TZOTypeLibrary::Keep(T* AType) {
 }
 
 const TZOTypeInfo* TZOTypeLibrary::Scalar(TZOValueKind AKind) {
-    static const auto scalars = [] {
-        std::array<std::unique_ptr<TZOTypeInfo>, vkDownload + 1> types;
-        for (int kind = vkString; kind <= vkDownload; ++kind)
-            types[static_cast<std::size_t>(kind)].reset(
-                new TZOTypeInfo(static_cast<TZOValueKind>(kind), KindName(static_cast<TZOValueKind>(kind))));
+    using TScalars = std::array<std::unique_ptr<TZOTypeInfo>, vkDownload + 1>;
+    // Never destroyed: values in other static objects need their types until the very end.
+    static const TScalars& scalars = *[] {
+        auto* types = new TScalars;
+        for (int kind = vkString; kind <= vkDownload; ++kind) {
+            const auto value = static_cast<TZOValueKind>(kind);
+            (*types)[value].reset(new TZOTypeInfo(value, KindName(value)));
+        }
         return types;
     }();
     return scalars[AKind].get();

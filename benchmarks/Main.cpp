@@ -1,0 +1,20 @@
+// zobench [FILTER] [JSON FILE]
+#include "benchmarks/Table.h"
+
+#include <QCoreApplication>
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+int main(int AArgc, char** AArgv) {
+    QCoreApplication application(AArgc, AArgv);
+    // Ours and theirs take turns, so that a change of the machine's pace meets both alike.
+    char name[] = "zobench", interleave[] = "--benchmark_enable_random_interleaving=true";
+    char* arguments[] = {name, interleave, nullptr};
+    int count = 2;
+    benchmark::Initialize(&count, arguments);
+
+    AddJsonBenchmarks();
+    return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");
+}
