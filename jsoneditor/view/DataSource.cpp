@@ -5,7 +5,7 @@
 
 TZODataSource::~TZODataSource() {
     if (FView)
-        FView->SourceDestroyed(this);
+        FView->ReleaseSource();
 }
 
 void TZODataSource::RefreshContent() {}

@@ -35,7 +35,6 @@ public:
 
 protected:
     bool event(QEvent* AEvent) override;
-    void keyPressEvent(QKeyEvent* AEvent) override;
     void focusInEvent(QFocusEvent* AEvent) override;
     void focusOutEvent(QFocusEvent* AEvent) override;
     void contextMenuEvent(QContextMenuEvent* AEvent) override;

@@ -12,13 +12,15 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
-class QMenu;
 class QScrollBar;
 class TZODataSource;
 class TZOExposureWatch;
 class TZOInplaceEditor;
 class TZORowIndex;
+struct TZORowRange;
+struct TZOScrollSizes;
 
 /// Where the editor goes when a row is selected. Values keep their numbers.
 enum TZOShowEditor {
@@ -175,7 +177,7 @@ protected:
     void changeEvent(QEvent* AEvent) override;
     void contextMenuEvent(QContextMenuEvent* AEvent) override;
     void focusInEvent(QFocusEvent* AEvent) override;
-    void keyPressEvent(QKeyEvent* AEvent) override;
+    void keyReleaseEvent(QKeyEvent* AEvent) override;
     void leaveEvent(QEvent* AEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* AEvent) override;
     void mouseMoveEvent(QMouseEvent* AEvent) override;
@@ -192,49 +194,51 @@ private:
     friend class TZOInplaceEditor;
     friend class TZOViewRowLayout;
 
-    struct TRowRange {
-        int First = 0;
-        int Last = -1;
-    };
-
-    // Rows (RestViewRows.cpp)
+    // Rows
     void PlaceRow(TZODataSource* ASource, TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter);
     void MoveRows(TZOViewRow* AAnchor, TZOViewRow* AStart, TZOViewRow* AEnd, bool AAfter);
-    void SourceDestroyed(TZODataSource* ASource);
+    void ReleaseSource();
 
-    // Layout (RestView.cpp)
+    // Layout
     bool HandleExists() const { return testAttribute(Qt::WA_WState_Created); }
-    void PrepareUpdate();
     void RunUpdate(bool ARepaintAll);
+    void PrepareUpdate();
     void LayoutRows(bool ARepaintAll);
-    TRowRange RowsToLayOut() const;
+    TZORowRange RowsToLayOut() const;
+    std::vector<int> ExtraRows(const TZORowRange& ARange) const;
     void PutLayout(TZOViewRow* ARow, int AIndex, bool ARepaintAll);
     void MeasureLayout(TZOViewRowLayout* ALayout) const;
     void ExposureChanged();
     void AdjustSize();
+    bool IsAsHighAsContent() const;
     int WantedAutoHeight() const;
-    void Repaint(QColor& AColor, const QColor& AValue);
 
-    // Painting (RestViewPaint.cpp)
+    // Painting
     void DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout);
+    void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, int ARowWidth) const;
     void ActiveStateChanged();
     void UpdateEditorsColor();
+    QColor EditorTextColor(const TZOInplaceEditor* AEditor) const;
+    void SetAndRepaint(QColor& AColor, const QColor& AValue);
 
-    // Scrolling (RestViewScroll.cpp)
+    // Scrolling
+    TZOScrollSizes ScrollSizes() const;
     void ExposeRow();
     void UpdateScrollBar();
     void ScrollBarAction(int AAction);
     bool DoMouseWheel(bool ADown, Qt::KeyboardModifiers AShift, const QPoint& APoint);
     bool CanScroll(bool ADown) const;
 
-    // Keys and focus (RestViewKeys.cpp)
-    bool IsOwnKey(const QKeyEvent* AEvent) const;
+    // Keys and focus
+    bool ClaimKey(QKeyEvent* AEvent);
     bool OfferKey(QKeyEvent* AEvent);
     void KeyToRow(int& AKey, TZOViewRow* ATarget);
     void KeyTab(int& AKey, bool ABackwards);
     void FocusChanged();
 
-    // Editing (RestViewEdit.cpp)
+    // Editing
+    void MoveSelection(TZOViewRow* ARow, TZOShowEditor AShowEditor);
+    void ApplyEdit(bool AApply);
     void EditorValueChanged(TZOInplaceEditor* AEditor);
     void EditorSetModifiedToLayout(const TZOInplaceEditor* AEditor, TZOViewRowLayout* ALayout) const;
     void EditorFocused(TZOInplaceEditor* AEditor);
@@ -242,7 +246,7 @@ private:
     bool TargetChunk(TZOShowEditor ATask, int& AChunkId) const;
     void UpdateTracking();
     void UpdateTracking(const QPoint& APoint);
-    void ApplyEdit(bool AApply);
+    void HideHover();
     void ShowContextMenu(const QPoint& AGlobal);
 
     int FScrollStep = 32;
@@ -272,6 +276,7 @@ private:
     TZOInplaceEditor* FEditor = nullptr;
     TZOViewRow* FSelected = nullptr;
     TZOViewRow* FExposeRow = nullptr;
+    TZOViewRow* FTargetRow = nullptr;
     TZOShowEditor FEditorTask = seNoChange;
     TZOViewRow* FFlushingRow = nullptr;
     const QKeyEvent* FOfferedKey = nullptr;

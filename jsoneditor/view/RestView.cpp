@@ -1,0 +1,361 @@
+#include "jsoneditor/view/RestView.h"
+
+#include "jsoneditor/view/ChunkText_p.h"
+#include "jsoneditor/view/DataSource.h"
+#include "jsoneditor/view/ExposureWatch_p.h"
+#include "jsoneditor/view/InplaceEditor.h"
+#include "jsoneditor/view/RowIndex_p.h"
+#include "jsoneditor/view/ScrollMath_p.h"
+#include "platform/ExceptionDisplay.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr int RowPadding = 12;
+constexpr int LevelIndent = 24;
+constexpr int LeftMargin = 4;
+constexpr int EmptyEditableWidth = 8;
+constexpr int ChunkGap = 2;
+/// Rows beyond the exposed part of an auto-sized view that are laid out, too.
+constexpr int ExposureMargin = 4;
+
+QFont DefaultFont() {
+    QFont font;
+    font.setFamilies({QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"),
+                      QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")});
+    font.setStyleHint(QFont::Monospace);
+    font.setPointSize(10);
+    return font;
+}
+
+} // namespace
+
+TZORestView::TZORestView(QWidget* AParent)
+    : QWidget(AParent), FRows([this] { UpdateView(); }), FIndex(std::make_unique<TZORowIndex>()) {
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setFont(DefaultFont());
+    FScrollBar = new QScrollBar(Qt::Vertical, this);
+    FScrollBar->hide();
+    FScrollBar->setCursor(Qt::ArrowCursor);
+    // A wheel over the bar is the view's like any other.
+    FScrollBar->installEventFilter(this);
+    connect(FScrollBar, &QAbstractSlider::actionTriggered, this, &TZORestView::ScrollBarAction);
+    FEditor = new TZOInplaceEditor(this);
+    FHover = new TZOInplaceEditor(this);
+    UpdateEditorsColor();
+    FExposure = std::make_unique<TZOExposureWatch>(this, [this] { ExposureChanged(); });
+    connect(qApp, &QApplication::focusChanged, this, &TZORestView::FocusChanged);
+}
+
+TZORestView::~TZORestView() {
+    // Nothing is shown from here on: the bracket stays open.
+    ++FUpdateCount;
+    disconnect(qApp, nullptr, this, nullptr);
+    FExposure.reset();
+    ClearRows();
+    ClearLayouts();
+    delete FEditor;
+    delete FHover;
+    if (FDataSource) {
+        FDataSource->FView = nullptr;
+        if (FOwnDataSource)
+            delete FDataSource;
+    }
+}
+
+void TZORestView::UpdateView() {
+    if (FUpdateCount >= 1)
+        FNeedUpdate = true;
+    else if (HandleExists())
+        RunUpdate(true);
+}
+
+void TZORestView::RunUpdate(bool ARepaintAll) {
+    {
+        // Changes of size and place that the preparation causes are all covered by the layout after it.
+        ++FUpdateCount;
+        const auto guard = qScopeGuard([this] { --FUpdateCount; });
+        PrepareUpdate();
+    }
+    FNeedUpdate = false;
+    LayoutRows(ARepaintAll);
+    if (ARepaintAll)
+        update();
+    UpdateEditor();
+    UpdateTracking();
+    UpdateScrollBar();
+}
+
+void TZORestView::PrepareUpdate() {
+    FTextHeight = fontMetrics().height();
+    FRowHeight = FTextHeight + RowPadding;
+    FContentHeight = static_cast<int>(
+        qMin<qint64>(qint64(FRows.GetCount()) * FRowHeight, std::numeric_limits<int>::max()));
+    AdjustSize();
+    FScrollBar->setVisible(FContentHeight > height() && !IsAsHighAsContent());
+    if (FYScrollTask)
+        FYScroll = std::exchange(FYScrollTask, nullptr)();
+    FYScroll = AdjustScrollOffset(FYScroll);
+    ExposeRow();
+}
+
+bool TZORestView::IsAsHighAsContent() const { return FAutoSize && FContentHeight <= MaxAutoHeight; }
+
+TZORowRange TZORestView::RowsToLayOut() const {
+    const int count = FRows.GetCount();
+    if (FAutoSize) {
+        const QRect exposed = ExposedRect();
+        if (exposed.isEmpty())
+            return {};
+        const int margin = ExposureMargin * FRowHeight;
+        return RowsWithin(exposed.top() + FYScroll - margin, exposed.bottom() + 1 + FYScroll + margin,
+                          FRowHeight, count);
+    }
+    const int clientHeight = ClientRect().height();
+    return RowsWithin(FYScroll, FYScroll + qMax(1, clientHeight), FRowHeight, count);
+}
+
+std::vector<int> TZORestView::ExtraRows(const TZORowRange& ARange) const {
+    std::vector<int> extra;
+    if (!FAutoSize)
+        return extra;
+    const std::initializer_list<const TZOViewRow*> kept = {FSelected,
+                                                           FEditor->isHidden() ? nullptr : FEditor->Row(),
+                                                           FHover->isHidden() ? nullptr : FHover->Row()};
+    for (const TZOViewRow* row : kept) {
+        const int index = row ? IndexOfRow(row) : FRows.GetCount();
+        if (index < FRows.GetCount() && (index < ARange.First || index > ARange.Last))
+            extra.push_back(index);
+    }
+    std::sort(extra.begin(), extra.end());
+    extra.erase(std::unique(extra.begin(), extra.end()), extra.end());
+    return extra;
+}
+
+void TZORestView::LayoutRows(bool ARepaintAll) {
+    const std::vector<TZOViewRowLayout*> old = FLayouts.ToArray();
+    FLayouts.Clear();
+    // Also when a source raises half-way: what was not shown again is dropped, never forgotten.
+    const auto dropOld = qScopeGuard([&old] {
+        for (TZOViewRowLayout* layout : old) {
+            if (!layout->List())
+                delete layout;
+        }
+    });
+    const TZORowRange range = RowsToLayOut();
+    const std::vector<int> extra = ExtraRows(range);
+    FLaidOutRect = ExposedRect();
+    auto next = extra.begin();
+    for (; next != extra.end() && *next < range.First; ++next)
+        PutLayout(RowAt(*next), *next, ARepaintAll);
+    TZOViewRow* row = RowAt(range.First);
+    for (int i = range.First; i <= range.Last && row; ++i, row = row->Next())
+        PutLayout(row, i, ARepaintAll);
+    for (; next != extra.end(); ++next)
+        PutLayout(RowAt(*next), *next, ARepaintAll);
+}
+
+void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex, bool ARepaintAll) {
+    const QRect client = ClientRect();
+    const QRect bounds(client.left(), client.top() + AIndex * FRowHeight - FYScroll, client.width(),
+                       FRowHeight);
+    TZOViewRowLayout* layout = ARow->FLayout;
+    if (!layout) {
+        auto made = std::make_unique<TZOViewRowLayout>(this, ARow);
+        made->FBounds = bounds;
+        if (FDataSource)
+            FDataSource->ConfigureRow(ARow, made.get());
+        EditorSetModifiedToLayout(FEditor, made.get());
+        MeasureLayout(made.get());
+        layout = made.release();
+        if (!ARepaintAll)
+            update(bounds);
+    }
+    layout->FBounds = bounds;
+    FLayouts.Add(layout);
+}
+
+void TZORestView::MeasureLayout(TZOViewRowLayout* ALayout) const {
+    const QFontMetrics metrics = fontMetrics();
+    const int top = (ALayout->FBounds.height() - FTextHeight) / 2;
+    int x = ALayout->Row()->Level() * LevelIndent + LeftMargin;
+    for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
+        TZORowChunk* chunk = ALayout->GetChunks(i);
+        const int width = qMax(metrics.horizontalAdvance(ChunkDisplayText(chunk->Text())),
+                               chunk->IsEditable() ? EmptyEditableWidth : 0);
+        chunk->SetBounds(QRect(x, top, width, FTextHeight));
+        x += width + ChunkGap;
+    }
+}
+
+void TZORestView::InvalidateLayout(TZOViewRow* ARow) {
+    if (!ARow->FLayout)
+        return;
+    delete ARow->FLayout;
+    UpdateView();
+}
+
+void TZORestView::InvalidateAllLayouts() {
+    ClearLayouts();
+    UpdateView();
+}
+
+void TZORestView::ClearLayouts() {
+    DoBeginUpdate();
+    while (TZOViewRowLayout* first = FLayouts.GetFirst())
+        delete first;
+    DoEndUpdate();
+}
+
+void TZORestView::LayoutRemoved(TZOViewRowLayout* ALayout) {
+    if (ALayout->FRow)
+        ALayout->FRow->FLayout = nullptr;
+    FLayouts.Remove(ALayout);
+}
+
+TZOHitTest TZORestView::GetHitTest(const QPoint& APoint) const {
+    TZOHitTest hit;
+    for (const TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next()) {
+        if (!layout->Bounds().contains(APoint))
+            continue;
+        hit.Flags |= htRow;
+        hit.Row = layout->Row();
+        if (layout->TryGetChunk(APoint - layout->Bounds().topLeft(), hit.Chunk))
+            hit.Flags |= htChunk;
+    }
+    return hit;
+}
+
+QRect TZORestView::ClientRect() const {
+    return FScrollBar->isHidden() ? rect() : rect().adjusted(0, 0, -FScrollBar->sizeHint().width(), 0);
+}
+
+QRect TZORestView::ExposedRect() const {
+    QRect exposed = ClientRect();
+    QPoint origin;
+    for (const QWidget* widget = this; !widget->isWindow() && widget->parentWidget();) {
+        exposed.translate(widget->pos());
+        origin += widget->pos();
+        widget = widget->parentWidget();
+        exposed &= widget->rect();
+    }
+    return exposed.isEmpty() ? QRect() : exposed.translated(-origin);
+}
+
+void TZORestView::ExposureChanged() {
+    if (!HandleExists() || !isVisible())
+        return;
+    if (FUpdateCount >= 1)
+        FNeedUpdate = true;
+    else if (FAutoSize && (ExposedRect() != FLaidOutRect || height() != WantedAutoHeight()))
+        GuardedCall(this, [this] { RunUpdate(false); });
+    else
+        UpdateTracking();
+}
+
+void TZORestView::SetAutoSize(bool AAutoSize) {
+    if (FAutoSize == AAutoSize)
+        return;
+    FAutoSize = AAutoSize;
+    if (!FAutoSize) {
+        setMinimumHeight(0);
+        setMaximumHeight(QWIDGETSIZE_MAX);
+    }
+    UpdateView();
+}
+
+void TZORestView::SetParentFont(bool AParentFont) { setFont(AParentFont ? QFont() : DefaultFont()); }
+
+void TZORestView::AdjustSize() {
+    if (!FAutoSize || !HandleExists())
+        return;
+    const QScopedValueRollback<bool> guard(FAdjustingSize, true);
+    setFixedHeight(WantedAutoHeight());
+}
+
+int TZORestView::WantedAutoHeight() const {
+    if (FContentHeight <= MaxAutoHeight)
+        return FContentHeight;
+    for (const QWidget* widget = parentWidget(); widget; widget = widget->parentWidget()) {
+        if (const auto* area = qobject_cast<const QScrollArea*>(widget))
+            return area->viewport()->height();
+    }
+    return parentWidget() ? parentWidget()->height() : height();
+}
+
+QSize TZORestView::sizeHint() const { return {320, FAutoSize ? height() : 240}; }
+
+QSize TZORestView::minimumSizeHint() const {
+    return {64, FAutoSize ? 0 : fontMetrics().height() + RowPadding};
+}
+
+bool TZORestView::event(QEvent* AEvent) {
+    switch (AEvent->type()) {
+    case QEvent::ParentChange:
+        // The filters stand on the ancestors of the place the view has left.
+        if (FExposure)
+            FExposure->Hook();
+        break;
+    case QEvent::ShortcutOverride:
+        if (ClaimKey(static_cast<QKeyEvent*>(AEvent)))
+            return true;
+        break;
+    case QEvent::KeyPress:
+        // Before the base class, which takes Tab for moving the focus.
+        if (OfferKey(static_cast<QKeyEvent*>(AEvent))) {
+            AEvent->accept();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(AEvent);
+}
+
+void TZORestView::changeEvent(QEvent* AEvent) {
+    QWidget::changeEvent(AEvent);
+    // The base class reports changes while it is being built, too.
+    if (!FEditor || !FHover)
+        return;
+    if (AEvent->type() == QEvent::FontChange) {
+        FEditor->UpdateFont();
+        FHover->UpdateFont();
+        GuardedCall(this, [this] { InvalidateAllLayouts(); });
+    } else if (AEvent->type() == QEvent::PaletteChange || AEvent->type() == QEvent::EnabledChange) {
+        UpdateEditorsColor();
+        update();
+    }
+}
+
+void TZORestView::moveEvent(QMoveEvent* AEvent) {
+    QWidget::moveEvent(AEvent);
+    ExposureChanged();
+}
+
+void TZORestView::resizeEvent(QResizeEvent* AEvent) {
+    QWidget::resizeEvent(AEvent);
+    const int barWidth = FScrollBar->sizeHint().width();
+    FScrollBar->setGeometry(width() - barWidth, 0, barWidth, height());
+    // The view's own following of its content changes nothing in a row.
+    if (!FAdjustingSize)
+        GuardedCall(this, [this] { InvalidateAllLayouts(); });
+}
+
+void TZORestView::showEvent(QShowEvent* AEvent) {
+    QWidget::showEvent(AEvent);
+    GuardedCall(this, [this] { UpdateView(); });
+}

@@ -1,0 +1,160 @@
+// Colours, and drawing one row at a time off-screen.
+#include "jsoneditor/view/ChunkText_p.h"
+#include "jsoneditor/view/InplaceEditor.h"
+#include "jsoneditor/view/RestView.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+const QColor DefaultErrorColor(255, 0, 0);
+const QColor DefaultSymbolColor(0, 102, 204);
+
+/// The start of AText that can reach into AWidth pixels: no character is narrower than one.
+QString VisiblePart(const QString& AText, int AWidth) {
+    constexpr int combining = 64;
+    return AText.size() > AWidth + combining ? AText.left(AWidth + combining) : AText;
+}
+
+} // namespace
+
+QColor TZORestView::Color() const {
+    if (FParentColor && parentWidget())
+        return parentWidget()->palette().color(QPalette::Window);
+    return FColor.isValid() ? FColor : palette().color(QPalette::Base);
+}
+
+QColor TZORestView::FontColor() const {
+    return FFontColor.isValid() ? FFontColor : palette().color(QPalette::Text);
+}
+
+QColor TZORestView::SelectedColor() const {
+    return FSelectedColor.isValid() ? FSelectedColor : palette().color(QPalette::Button);
+}
+
+QColor TZORestView::ErrorColor() const { return FErrorColor.isValid() ? FErrorColor : DefaultErrorColor; }
+
+QColor TZORestView::GrayColor() const {
+    return FGrayColor.isValid() ? FGrayColor : palette().color(QPalette::Disabled, QPalette::Text);
+}
+
+QColor TZORestView::SymbolColor() const { return FSymbolColor.isValid() ? FSymbolColor : DefaultSymbolColor; }
+
+void TZORestView::SetAndRepaint(QColor& AColor, const QColor& AValue) {
+    if (AColor == AValue)
+        return;
+    AColor = AValue;
+    UpdateEditorsColor();
+    update();
+}
+
+void TZORestView::SetColor(const QColor& AColor) {
+    FParentColor = false;
+    SetAndRepaint(FColor, AColor);
+}
+
+void TZORestView::SetParentColor(bool AParentColor) {
+    if (FParentColor == AParentColor)
+        return;
+    FParentColor = AParentColor;
+    UpdateEditorsColor();
+    update();
+}
+
+void TZORestView::SetFontColor(const QColor& AColor) { SetAndRepaint(FFontColor, AColor); }
+void TZORestView::SetSelectedColor(const QColor& AColor) { SetAndRepaint(FSelectedColor, AColor); }
+void TZORestView::SetErrorColor(const QColor& AColor) { SetAndRepaint(FErrorColor, AColor); }
+void TZORestView::SetGrayColor(const QColor& AColor) { SetAndRepaint(FGrayColor, AColor); }
+void TZORestView::SetSymbolColor(const QColor& AColor) { SetAndRepaint(FSymbolColor, AColor); }
+
+QColor TZORestView::GetChunkTextColor(const TZORowChunk* AChunk) const {
+    switch (AChunk->TextToken()) {
+    case ctNormal:
+        return FontColor();
+    case ctGray:
+        return GrayColor();
+    case ctSymbol:
+        return SymbolColor();
+    case ctError:
+        return ErrorColor();
+    }
+    return {};
+}
+
+void TZORestView::paintEvent(QPaintEvent* AEvent) {
+    QPainter painter(this);
+    QRegion rest = AEvent->region();
+    for (const TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next()) {
+        if (!layout->Row() || !rest.intersects(layout->Bounds()))
+            continue;
+        DrawRow(painter, layout);
+        rest -= layout->Bounds();
+    }
+    for (const QRect& rect : rest)
+        painter.fillRect(rect, Color());
+}
+
+void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
+    const QRect& bounds = ALayout->Bounds();
+    if (bounds.isEmpty())
+        return;
+    const qreal ratio = devicePixelRatioF();
+    const QSize size(static_cast<int>(std::ceil(bounds.width() * ratio)),
+                     static_cast<int>(std::ceil(bounds.height() * ratio)));
+    if (FRowBuffer.size() != size)
+        FRowBuffer = QPixmap(size);
+    FRowBuffer.setDevicePixelRatio(ratio);
+    FRowBuffer.fill(FActive && ALayout->Row() == FSelected ? SelectedColor() : Color());
+    QPainter buffer(&FRowBuffer);
+    buffer.setFont(font());
+    for (int i = 0; i < ALayout->GetChunkCount(); ++i)
+        DrawChunk(buffer, *ALayout->GetChunks(i), bounds.width());
+    buffer.end();
+    APainter.drawPixmap(bounds.topLeft(), FRowBuffer);
+}
+
+void TZORestView::DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, int ARowWidth) const {
+    const QColor color = GetChunkTextColor(&AChunk);
+    const QRect& bounds = AChunk.Bounds();
+    if (!color.isValid() || bounds.isEmpty() || bounds.left() >= ARowWidth)
+        return;
+    QString text = ChunkDisplayText(VisiblePart(AChunk.Text(), ARowWidth - bounds.left()));
+    if (text.size() == AChunk.Text().size() && fontMetrics().horizontalAdvance(text) > bounds.width())
+        text = fontMetrics().elidedText(text, Qt::ElideRight, bounds.width());
+    APainter.setPen(color);
+    APainter.drawText(
+        bounds, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop | Qt::TextSingleLine | Qt::TextDontClip,
+        text);
+}
+
+void TZORestView::ActiveStateChanged() {
+    if (FSelected && FSelected->Layout() && HandleExists())
+        update(FSelected->Layout()->Bounds());
+    UpdateEditorsColor();
+}
+
+void TZORestView::UpdateEditorsColor() {
+    for (TZOInplaceEditor* editor : {FEditor, FHover}) {
+        // The fixed colour of the palette, also where the selected row was given another one.
+        const bool onSelected = FActive && FSelected && editor->Row() == FSelected;
+        QPalette colors = palette();
+        colors.setColor(QPalette::Base, onSelected ? colors.color(QPalette::Button) : Color());
+        colors.setColor(QPalette::Text, EditorTextColor(editor));
+        if (editor->palette() != colors)
+            editor->setPalette(colors);
+    }
+}
+
+QColor TZORestView::EditorTextColor(const TZOInplaceEditor* AEditor) const {
+    // The mouse editor looks like the chunk it covers, so that passing over it changes nothing.
+    TZORowChunk* chunk = nullptr;
+    if (AEditor == FHover && !AEditor->isHidden() && AEditor->Row() && AEditor->Row()->Layout() &&
+        AEditor->Row()->Layout()->TryGetChunk(AEditor->ChunkId(), true, chunk)) {
+        if (const QColor color = GetChunkTextColor(chunk); color.isValid())
+            return color;
+    }
+    return FontColor();
+}

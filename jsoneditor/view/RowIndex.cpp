@@ -1,0 +1,180 @@
+#include "jsoneditor/view/RowIndex_p.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int SmallBlock = TZORowIndex::MaxBlock / 8;
+constexpr int MergedBlock = TZORowIndex::MaxBlock / 2;
+
+} // namespace
+
+int TZORowIndex::IndexOf(const TZOViewRow* ARow) const {
+    const TZORowBlock* block = ARow ? ARow->FBlock : nullptr;
+    if (!block || block->Ordinal >= FBlocks.size() || FBlocks[block->Ordinal].get() != block)
+        return FCount;
+    RefreshStarts();
+    int index = block->Start;
+    for (const TZOViewRow* row = block->First; row != ARow; row = row->Next())
+        ++index;
+    return index;
+}
+
+TZOViewRow* TZORowIndex::At(int AIndex) const {
+    if (AIndex < 0 || AIndex >= FCount)
+        return nullptr;
+    RefreshStarts();
+    auto after = std::upper_bound(FBlocks.begin(), FBlocks.end(), AIndex,
+                                  [](int AWanted, const auto& ABlock) { return AWanted < ABlock->Start; });
+    const TZORowBlock& block = **std::prev(after);
+    TZOViewRow* row = block.First;
+    for (int i = block.Start; i < AIndex; ++i)
+        row = row->Next();
+    return row;
+}
+
+void TZORowIndex::Inserted(TZOViewRow* ARow) {
+    TZORowBlock* block = BlockFor(ARow);
+    ARow->FBlock = block;
+    ++block->Count;
+    ++FCount;
+    Touched(block);
+    if (block->Count > MaxBlock) {
+        TZOViewRow* middle = block->First;
+        for (int i = 0; i < MaxBlock / 2; ++i)
+            middle = middle->Next();
+        SplitBefore(middle);
+    }
+}
+
+void TZORowIndex::RunInserted(TZOViewRow* AStart, TZOViewRow* AEnd) {
+    TZOViewRow* prev = AStart->Prev();
+    TZOViewRow* next = AEnd->Next();
+    TZORowBlock* block = prev ? prev->FBlock : AddBlock(0, AStart);
+    if (prev && next && next->FBlock == block)
+        SplitBefore(next);
+    for (TZOViewRow* row = AStart;; row = row->Next()) {
+        if (block->Count >= MaxBlock)
+            block = AddBlock(block->Ordinal + 1, row);
+        row->FBlock = block;
+        ++block->Count;
+        ++FCount;
+        Touched(block);
+        if (row == AEnd)
+            break;
+    }
+    MergeAround(AEnd->FBlock);
+    MergeAround(AStart->FBlock);
+}
+
+void TZORowIndex::Removing(TZOViewRow* ARow) {
+    TZORowBlock* block = TakeOut(ARow);
+    if (block && block->Count <= SmallBlock)
+        MergeAround(block);
+}
+
+void TZORowIndex::RemovingRun(TZOViewRow* AStart, TZOViewRow* AEnd) {
+    for (TZOViewRow* row = AStart;; row = row->Next()) {
+        TakeOut(row);
+        if (row == AEnd)
+            break;
+    }
+}
+
+TZORowBlock* TZORowIndex::TakeOut(TZOViewRow* ARow) {
+    TZORowBlock* block = ARow->FBlock;
+    ARow->FBlock = nullptr;
+    --block->Count;
+    --FCount;
+    Touched(block);
+    if (block->Count == 0) {
+        DropBlock(block);
+        return nullptr;
+    }
+    if (block->First == ARow)
+        block->First = ARow->Next();
+    return block;
+}
+
+TZORowBlock* TZORowIndex::BlockFor(TZOViewRow* ARow) {
+    const TZOViewRow* prev = ARow->Prev();
+    const TZOViewRow* next = ARow->Next();
+    if (prev && prev->FBlock) {
+        // Rows that come one after the other fill their blocks instead of leaving halves behind.
+        if (!next && prev->FBlock->Count >= MaxBlock)
+            return AddBlock(FBlocks.size(), ARow);
+        return prev->FBlock;
+    }
+    if (next && next->FBlock) {
+        next->FBlock->First = ARow;
+        return next->FBlock;
+    }
+    return AddBlock(0, ARow);
+}
+
+TZORowBlock* TZORowIndex::AddBlock(size_t AOrdinal, TZOViewRow* AFirst) {
+    auto block = std::make_unique<TZORowBlock>();
+    block->First = AFirst;
+    TZORowBlock* added = block.get();
+    FBlocks.insert(FBlocks.begin() + static_cast<std::ptrdiff_t>(AOrdinal), std::move(block));
+    Renumber(AOrdinal);
+    return added;
+}
+
+void TZORowIndex::DropBlock(TZORowBlock* ABlock) {
+    const size_t ordinal = ABlock->Ordinal;
+    FBlocks.erase(FBlocks.begin() + static_cast<std::ptrdiff_t>(ordinal));
+    Renumber(ordinal);
+}
+
+void TZORowIndex::SplitBefore(TZOViewRow* ARow) {
+    TZORowBlock* block = ARow->FBlock;
+    TZORowBlock* added = AddBlock(block->Ordinal + 1, ARow);
+    for (TZOViewRow* row = ARow; row && row->FBlock == block; row = row->Next()) {
+        row->FBlock = added;
+        ++added->Count;
+        --block->Count;
+    }
+}
+
+void TZORowIndex::MergeAround(TZORowBlock* ABlock) {
+    const size_t ordinal = ABlock->Ordinal;
+    if (ordinal + 1 < FBlocks.size())
+        MergeWithNext(ordinal);
+    if (ordinal > 0)
+        MergeWithNext(ordinal - 1);
+}
+
+void TZORowIndex::MergeWithNext(size_t AOrdinal) {
+    TZORowBlock* block = FBlocks[AOrdinal].get();
+    TZORowBlock* next = FBlocks[AOrdinal + 1].get();
+    if (block->Count + next->Count > MergedBlock)
+        return;
+    int left = next->Count;
+    for (TZOViewRow* row = next->First; left > 0; row = row->Next()) {
+        // A row that is on its way out is still linked in and belongs to no block any more.
+        if (row->FBlock != next)
+            continue;
+        row->FBlock = block;
+        --left;
+    }
+    block->Count += next->Count;
+    DropBlock(next);
+}
+
+void TZORowIndex::Renumber(size_t AFrom) {
+    for (size_t i = AFrom; i < FBlocks.size(); ++i)
+        FBlocks[i]->Ordinal = i;
+    FValidStarts = std::min(FValidStarts, AFrom);
+}
+
+void TZORowIndex::Touched(const TZORowBlock* ABlock) {
+    FValidStarts = std::min(FValidStarts, ABlock->Ordinal + 1);
+}
+
+void TZORowIndex::RefreshStarts() const {
+    for (; FValidStarts < FBlocks.size(); ++FValidStarts) {
+        const TZORowBlock* previous = FValidStarts == 0 ? nullptr : FBlocks[FValidStarts - 1].get();
+        FBlocks[FValidStarts]->Start = previous ? previous->Start + previous->Count : 0;
+    }
+}

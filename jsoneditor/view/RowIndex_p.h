@@ -1,0 +1,56 @@
+// Where a row stands among a million, without walking them.
+#pragma once
+
+#include "jsoneditor/view/ViewRow.h"
+
+#include <memory>
+#include <vector>
+
+/// A run of neighbouring rows that are counted together.
+struct TZORowBlock {
+    TZOViewRow* First = nullptr;
+    int Count = 0;
+    /// Its place among the blocks.
+    size_t Ordinal = 0;
+    /// The index of its first row; valid below the first block that has changed since.
+    int Start = 0;
+};
+
+/// Counts the rows of one list in blocks of some hundreds, so that the index of a row and the row at an
+/// index cost one look over the blocks and a walk inside one. The owner of the list tells it of every change;
+/// it keeps nothing about rows but their block.
+class TZORowIndex {
+public:
+    static constexpr int MaxBlock = 512;
+
+    int GetCount() const { return FCount; }
+    /// GetCount() for a row that is not here.
+    int IndexOf(const TZOViewRow* ARow) const;
+    /// Null outside 0 .. GetCount() - 1.
+    TZOViewRow* At(int AIndex) const;
+
+    /// ARow, or the run, has just been linked in beside rows that are known here.
+    void Inserted(TZOViewRow* ARow);
+    void RunInserted(TZOViewRow* AStart, TZOViewRow* AEnd);
+    /// ARow, or the run, is about to be unlinked.
+    void Removing(TZOViewRow* ARow);
+    void RemovingRun(TZOViewRow* AStart, TZOViewRow* AEnd);
+
+private:
+    TZORowBlock* AddBlock(size_t AOrdinal, TZOViewRow* AFirst);
+    void DropBlock(TZORowBlock* ABlock);
+    TZORowBlock* BlockFor(TZOViewRow* ARow);
+    TZORowBlock* TakeOut(TZOViewRow* ARow);
+    /// ARow becomes the first row of a new block.
+    void SplitBefore(TZOViewRow* ARow);
+    void MergeAround(TZORowBlock* ABlock);
+    void MergeWithNext(size_t AOrdinal);
+    void Renumber(size_t AFrom);
+    void Touched(const TZORowBlock* ABlock);
+    void RefreshStarts() const;
+
+    std::vector<std::unique_ptr<TZORowBlock>> FBlocks;
+    int FCount = 0;
+    /// Starts are valid for the blocks below this ordinal.
+    mutable size_t FValidStarts = 0;
+};
