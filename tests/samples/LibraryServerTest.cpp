@@ -361,11 +361,17 @@ TEST_F(LibraryServer, TellsOpeningHours) {
 
 TEST_F(LibraryServer, AnswersAHundredThousandCheckouts) {
     const auto answer = Client().Get("/library/v1/checkouts");
+    ASSERT_TRUE(answer);
     ASSERT_EQ(answer->status, 200);
     const TJson checkouts = TJson::parse(answer->body);
     ASSERT_EQ(checkouts.size(), 100'000u);
     EXPECT_EQ(checkouts[0]["id"], 1);
     EXPECT_EQ(checkouts[99'999]["id"], 100'000);
+    for (const TJson& checkout : checkouts) {
+        const int late = checkout["days"].get<int>() - 28;
+        ASSERT_EQ(checkout["late"], late > 0) << checkout;
+        ASSERT_EQ(checkout["fee"], late * 0.25) << checkout;
+    }
     ExpectDeclared("ListCheckouts", TJson(checkouts.begin(), checkouts.begin() + 500));
     EXPECT_EQ(Client().Get("/library/v1/checkouts")->body, answer->body);
 }

@@ -31,6 +31,7 @@ protected:
 
     httplib::Client Client() const {
         httplib::Client client("127.0.0.1", Server.Port());
+        client.set_read_timeout(60); // the first answer of the journal takes its time under a sanitizer
         client.set_default_headers({{"X-Api-Key", "library-demo-key"}});
         return client;
     }
