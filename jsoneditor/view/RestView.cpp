@@ -1,10 +1,10 @@
 #include "jsoneditor/view/RestView.h"
 
-#include "jsoneditor/view/ChunkText_p.h"
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/ExposureWatch_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RowIndex_p.h"
+#include "jsoneditor/view/RowMeasure_p.h"
 #include "jsoneditor/view/ScrollMath_p.h"
 #include "platform/ExceptionDisplay.h"
 
@@ -22,10 +22,6 @@
 namespace {
 
 constexpr int RowPadding = 12;
-constexpr int LevelIndent = 24;
-constexpr int LeftMargin = 4;
-constexpr int EmptyEditableWidth = 8;
-constexpr int ChunkGap = 2;
 /// Rows beyond the exposed part of an auto-sized view that are laid out, too.
 constexpr int ExposureMargin = 4;
 
@@ -77,13 +73,18 @@ TZORestView::~TZORestView() {
 }
 
 void TZORestView::UpdateView() {
+    FRepaintAll = true;
+    RequestUpdate();
+}
+
+void TZORestView::RequestUpdate() {
     if (FUpdateCount >= 1)
         FNeedUpdate = true;
     else if (HandleExists())
-        RunUpdate(true);
+        RunUpdate();
 }
 
-void TZORestView::RunUpdate(bool ARepaintAll) {
+void TZORestView::RunUpdate() {
     {
         // Changes of size and place that the preparation causes are all covered by the layout after it.
         ++FUpdateCount;
@@ -91,8 +92,8 @@ void TZORestView::RunUpdate(bool ARepaintAll) {
         PrepareUpdate();
     }
     FNeedUpdate = false;
-    LayoutRows(ARepaintAll);
-    if (ARepaintAll)
+    LayoutRows();
+    if (std::exchange(FRepaintAll, false))
         update();
     UpdateEditor();
     UpdateTracking();
@@ -145,7 +146,7 @@ std::vector<int> TZORestView::ExtraRows(const TZORowRange& ARange) const {
     return extra;
 }
 
-void TZORestView::LayoutRows(bool ARepaintAll) {
+void TZORestView::LayoutRows() {
     const std::vector<TZOViewRowLayout*> old = FLayouts.ToArray();
     FLayouts.Clear();
     // Also when a source raises half-way: what was not shown again is dropped, never forgotten.
@@ -160,52 +161,39 @@ void TZORestView::LayoutRows(bool ARepaintAll) {
     FLaidOutRect = ExposedRect();
     auto next = extra.begin();
     for (; next != extra.end() && *next < range.First; ++next)
-        PutLayout(RowAt(*next), *next, ARepaintAll);
+        PutLayout(RowAt(*next), *next);
     TZOViewRow* row = RowAt(range.First);
     for (int i = range.First; i <= range.Last && row; ++i, row = row->Next())
-        PutLayout(row, i, ARepaintAll);
+        PutLayout(row, i);
     for (; next != extra.end(); ++next)
-        PutLayout(RowAt(*next), *next, ARepaintAll);
+        PutLayout(RowAt(*next), *next);
 }
 
-void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex, bool ARepaintAll) {
+void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex) {
     const QRect client = ClientRect();
     const QRect bounds(client.left(), client.top() + AIndex * FRowHeight - FYScroll, client.width(),
                        FRowHeight);
     TZOViewRowLayout* layout = ARow->FLayout;
     if (!layout) {
         auto made = std::make_unique<TZOViewRowLayout>(this, ARow);
-        made->FBounds = bounds;
         if (FDataSource)
             FDataSource->ConfigureRow(ARow, made.get());
         EditorSetModifiedToLayout(FEditor, made.get());
-        MeasureLayout(made.get());
+        MeasureRow(*made, fontMetrics(), FRowHeight);
         layout = made.release();
-        if (!ARepaintAll)
-            update(bounds);
     }
+    if (layout->FBounds != bounds)
+        update(bounds);
     layout->FBounds = bounds;
     FLayouts.Add(layout);
-}
-
-void TZORestView::MeasureLayout(TZOViewRowLayout* ALayout) const {
-    const QFontMetrics metrics = fontMetrics();
-    const int top = (ALayout->FBounds.height() - FTextHeight) / 2;
-    int x = ALayout->Row()->Level() * LevelIndent + LeftMargin;
-    for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
-        TZORowChunk* chunk = ALayout->GetChunks(i);
-        const int width = qMax(metrics.horizontalAdvance(ChunkDisplayText(chunk->Text())),
-                               chunk->IsEditable() ? EmptyEditableWidth : 0);
-        chunk->SetBounds(QRect(x, top, width, FTextHeight));
-        x += width + ChunkGap;
-    }
 }
 
 void TZORestView::InvalidateLayout(TZOViewRow* ARow) {
     if (!ARow->FLayout)
         return;
+    // The rest of the view stays as it is painted.
     delete ARow->FLayout;
-    UpdateView();
+    RequestUpdate();
 }
 
 void TZORestView::InvalidateAllLayouts() {
@@ -261,7 +249,7 @@ void TZORestView::ExposureChanged() {
     if (FUpdateCount >= 1)
         FNeedUpdate = true;
     else if (FAutoSize && (ExposedRect() != FLaidOutRect || height() != WantedAutoHeight()))
-        GuardedCall(this, [this] { RunUpdate(false); });
+        GuardedCall(this, [this] { RunUpdate(); });
     else
         UpdateTracking();
 }

@@ -3,6 +3,7 @@
 
 #include "jsoneditor/view/HitTest.h"
 #include "jsoneditor/view/LinkedList.h"
+#include "jsoneditor/view/ShowEditor.h"
 #include "jsoneditor/view/ViewRow.h"
 #include "jsoneditor/view/ViewRowLayout.h"
 
@@ -21,17 +22,6 @@ class TZOInplaceEditor;
 class TZORowIndex;
 struct TZORowRange;
 struct TZOScrollSizes;
-
-/// Where the editor goes when a row is selected. Values keep their numbers.
-enum TZOShowEditor {
-    seNoChange,     ///< its current chunk if it is visible, else nowhere
-    seHide,         ///< nowhere
-    seDefaultChunk, ///< the chunk with its current identifier if editable here, else the first editable one
-    seFirstChunk,
-    seLastChunk,
-    seNextChunk, ///< the next editable chunk on its own row, else the first editable one
-    sePrevChunk  ///< the previous editable chunk on its own row, else the last editable one
-};
 
 /// A keyboard-driven editor of the rows of one data source. Cost follows what is exposed: only rows in sight
 /// have layouts, whatever their number. It scrolls by itself, or, auto-sized, is as high as its content and
@@ -75,7 +65,8 @@ public:
     void DoEndUpdate();
     /// Runs AAction inside a bracket. The deferred update runs before this returns and may raise.
     void Updating(const std::function<void()>& AAction);
-    /// Brings layouts, scroll bar and editors up to date; does nothing before the widget is created.
+    /// Brings layouts, scroll bar and editors up to date and repaints; does nothing before the widget is
+    /// created.
     void UpdateView();
     /// The row shows something else: asks the source again if the row is on screen.
     void InvalidateLayout(TZOViewRow* ARow);
@@ -201,13 +192,13 @@ private:
 
     // Layout
     bool HandleExists() const { return testAttribute(Qt::WA_WState_Created); }
-    void RunUpdate(bool ARepaintAll);
+    void RequestUpdate();
+    void RunUpdate();
     void PrepareUpdate();
-    void LayoutRows(bool ARepaintAll);
+    void LayoutRows();
     TZORowRange RowsToLayOut() const;
     std::vector<int> ExtraRows(const TZORowRange& ARange) const;
-    void PutLayout(TZOViewRow* ARow, int AIndex, bool ARepaintAll);
-    void MeasureLayout(TZOViewRowLayout* ALayout) const;
+    void PutLayout(TZOViewRow* ARow, int AIndex);
     void ExposureChanged();
     void AdjustSize();
     bool IsAsHighAsContent() const;
@@ -215,7 +206,6 @@ private:
 
     // Painting
     void DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout);
-    void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, int ARowWidth) const;
     void ActiveStateChanged();
     void UpdateEditorsColor();
     QColor EditorTextColor(const TZOInplaceEditor* AEditor) const;
@@ -263,6 +253,7 @@ private:
     QRect FLaidOutRect;
     int FUpdateCount = 0;
     bool FNeedUpdate = false;
+    bool FRepaintAll = false;
     bool FAutoSize = false;
     bool FAdjustingSize = false;
     QPixmap FRowBuffer;

@@ -19,6 +19,21 @@ QString VisiblePart(const QString& AText, int AWidth) {
     return AText.size() > AWidth + combining ? AText.left(AWidth + combining) : AText;
 }
 
+/// Paints into the chunk's bounds, cut with an ellipsis where it does not fit, in the painter's font.
+void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& AColor, int ARowWidth) {
+    const QRect& bounds = AChunk.Bounds();
+    if (!AColor.isValid() || bounds.isEmpty() || bounds.left() >= ARowWidth)
+        return;
+    QString text = ChunkDisplayText(VisiblePart(AChunk.Text(), ARowWidth - bounds.left()));
+    const QFontMetrics metrics = APainter.fontMetrics();
+    if (text.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
+        text = metrics.elidedText(text, Qt::ElideRight, bounds.width());
+    APainter.setPen(AColor);
+    APainter.drawText(
+        bounds, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop | Qt::TextSingleLine | Qt::TextDontClip,
+        text);
+}
+
 } // namespace
 
 QColor TZORestView::Color() const {
@@ -110,24 +125,12 @@ void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
     FRowBuffer.fill(FActive && ALayout->Row() == FSelected ? SelectedColor() : Color());
     QPainter buffer(&FRowBuffer);
     buffer.setFont(font());
-    for (int i = 0; i < ALayout->GetChunkCount(); ++i)
-        DrawChunk(buffer, *ALayout->GetChunks(i), bounds.width());
+    for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
+        const TZORowChunk* chunk = ALayout->GetChunks(i);
+        DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width());
+    }
     buffer.end();
     APainter.drawPixmap(bounds.topLeft(), FRowBuffer);
-}
-
-void TZORestView::DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, int ARowWidth) const {
-    const QColor color = GetChunkTextColor(&AChunk);
-    const QRect& bounds = AChunk.Bounds();
-    if (!color.isValid() || bounds.isEmpty() || bounds.left() >= ARowWidth)
-        return;
-    QString text = ChunkDisplayText(VisiblePart(AChunk.Text(), ARowWidth - bounds.left()));
-    if (text.size() == AChunk.Text().size() && fontMetrics().horizontalAdvance(text) > bounds.width())
-        text = fontMetrics().elidedText(text, Qt::ElideRight, bounds.width());
-    APainter.setPen(color);
-    APainter.drawText(
-        bounds, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop | Qt::TextSingleLine | Qt::TextDontClip,
-        text);
 }
 
 void TZORestView::ActiveStateChanged() {

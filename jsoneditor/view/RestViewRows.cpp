@@ -59,7 +59,7 @@ void TZORestView::DoEndUpdate() {
     --FUpdateCount;
     if (FUpdateCount < 1 && FNeedUpdate) {
         FNeedUpdate = false;
-        UpdateView();
+        RequestUpdate();
     }
 }
 

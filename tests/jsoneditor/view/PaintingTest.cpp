@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QImage>
+#include <QPaintEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -26,10 +27,14 @@ class TPaintCounter : public QObject {
 public:
     explicit TPaintCounter(QObject* AWatched) { AWatched->installEventFilter(this); }
     int Paints = 0;
+    QRegion Painted;
 
 protected:
     bool eventFilter(QObject*, QEvent* AEvent) override {
-        Paints += AEvent->type() == QEvent::Paint;
+        if (AEvent->type() == QEvent::Paint) {
+            ++Paints;
+            Painted += static_cast<QPaintEvent*>(AEvent)->region();
+        }
         return false;
     }
 };
@@ -121,6 +126,16 @@ TEST(Painting, RepaintsForANewColourWithoutAskingForRowsAgain) {
     text.View.SetSelectedColor(Qt::yellow);
     QCoreApplication::processEvents();
     EXPECT_EQ(counter.Paints, 0);
+}
+
+TEST(Painting, RepaintsOnlyTheRowThatIsTypedInto) {
+    TTextView text(Two);
+    text.View.SelectRow(text.Row(1), seFirstChunk);
+    QCoreApplication::processEvents();
+    TPaintCounter counter(&text.View);
+    text.Press(QStringLiteral("'x'"));
+    EXPECT_TRUE(WaitFor([&] { return counter.Paints > 0; }));
+    EXPECT_EQ(counter.Painted.boundingRect(), text.Row(1)->Layout()->Bounds());
 }
 
 TEST(Painting, AsksForEveryRowAgainAfterAFontOrASize) {
