@@ -5,7 +5,7 @@
 #include <QString>
 
 /// Colour class of a chunk's text. The view maps it to a colour when it paints.
-enum TZOChunkToken { ctNormal, ctGray, ctSymbol, ctError };
+enum TZOChunkToken : int { ctNormal, ctGray, ctSymbol, ctError };
 
 /// A run of text with one colour class, perhaps editable in place. Lives and dies with its row's layout.
 class TZORowChunk {

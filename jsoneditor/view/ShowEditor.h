@@ -2,7 +2,7 @@
 #pragma once
 
 /// Where the editor goes when a row is selected. Values keep their numbers.
-enum TZOShowEditor {
+enum TZOShowEditor : int {
     seNoChange,     ///< its current chunk if it is visible, else nowhere
     seHide,         ///< nowhere
     seDefaultChunk, ///< the chunk with its current identifier if editable here, else the first editable one

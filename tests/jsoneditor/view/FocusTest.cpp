@@ -49,12 +49,14 @@ TEST(Focus, KeepsTheSelectionOfTheEditorWhenItLeaves) {
 TEST(Focus, NeverFlickersBetweenViewAndEditors) {
     TTextView text(Two);
     int inactive = 0;
-    QObject::connect(qApp, &QApplication::focusChanged, &text.Host, [&] { inactive += !text.View.Active(); });
+    const auto watching = QObject::connect(qApp, &QApplication::focusChanged, &text.Host,
+                                           [&] { inactive += !text.View.Active(); });
     text.View.SelectRow(text.Row(0), seFirstChunk);
     text.Press(QStringLiteral("Tab Down Return Tab Escape"));
     text.Click(text.ChunkPoint(0, 1));
     text.Click(text.ChunkPoint(1, 2));
     EXPECT_EQ(inactive, 0);
+    QObject::disconnect(watching);
 }
 
 TEST(Focus, StaysActiveWhileAnotherWindowIsInFront) {
