@@ -1,0 +1,53 @@
+#include "pages/ElidedLabel.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+
+namespace {
+
+// More than any screen is wide; beyond it only time would be spent.
+constexpr qsizetype MaxShown = 4096;
+constexpr int MaxWidthHint = 400;
+
+} // namespace
+
+TZOElidedLabel::TZOElidedLabel(QWidget* AParent) : QLabel(AParent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+QString TZOElidedLabel::Line() const {
+    QString line = text().left(MaxShown);
+    for (QChar& character : line)
+        if (character.isSpace())
+            character = u' ';
+    return line;
+}
+
+QSize TZOElidedLabel::sizeHint() const {
+    return {std::min(fontMetrics().horizontalAdvance(Line()), MaxWidthHint), fontMetrics().height()};
+}
+
+QSize TZOElidedLabel::minimumSizeHint() const { return {0, fontMetrics().height()}; }
+
+bool TZOElidedLabel::event(QEvent* AEvent) {
+    if (AEvent->type() != QEvent::ToolTip)
+        return QLabel::event(AEvent);
+    if (fontMetrics().horizontalAdvance(Line()) > width() || text().size() > MaxShown) {
+        // A tool tip would take a text with tags for markup.
+        const QString tip =
+            QStringLiteral("<p style='white-space: pre-wrap'>%1</p>").arg(text().toHtmlEscaped());
+        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), tip, this);
+    }
+    return true;
+}
+
+void TZOElidedLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(Line(), Qt::ElideRight, width()));
+}

@@ -1,0 +1,67 @@
+#include "pages/OperationListPage.h"
+
+#include "ui_OperationListPage.h"
+
+#include "shell/ShellFrame.h"
+
+#include "platform/Fonts.h"
+
+TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem* AItem)
+    : TZOServicePage(AShell, AItem), FUi(std::make_unique<Ui::OperationListPage>()) {
+    FUi->setupUi(this);
+    const QString family = QStringLiteral("Segoe UI");
+    setFont(UiFont(family, 12));
+    FUi->HeaderLabel->setFont(UiFont(family, 27));
+    FUi->OperationsLabel->setFont(UiFont(family, 27));
+    FUi->CategoryFontLabel->setFont(UiFont(family, 16));
+    FUi->CodeFontLabel->setFont(UiFont(family, 12));
+    FUi->HeaderLabel->setText(AItem->Name());
+    FUi->InfoLabel->setText(AItem->Description());
+    FUi->ListBox->SetFonts(FUi->CodeFontLabel->font(), FUi->CategoryFontLabel->font());
+    FUi->ListBox->SetSearchEdit(FUi->SearchEdit);
+    setFocusProxy(FUi->ListBox);
+    connect(FUi->ListBox, &TZOSearchList::SearchChanged, this, &TZOOperationListPage::UpdateView);
+}
+
+TZOOperationListPage::~TZOOperationListPage() = default;
+
+TZOShellPage* TZOOperationListPage::Make(TZOShellFrame* AShell, TZOServiceItem* AItem) {
+    auto* frame = new TZOOperationListPage(AShell, AItem);
+    TZOShellPage* page = frame->Wrap(AItem->Name());
+    frame->FTheming = TZOIdeTheming::ThemeComponent(
+        frame, [frame](TZOIdeTheming* ATheming) { frame->IdeThemeChanged(ATheming); });
+    frame->UpdateView();
+    return page;
+}
+
+void TZOOperationListPage::UpdateView() {
+    UpdateLabelColors(FTheming);
+    FOperations.clear();
+    std::vector<TZOSearchList::TRow> rows;
+    if (Service()) {
+        const QString search = FUi->SearchEdit->text();
+        for (const TZORestService::TOper& oper : Service()->TypeInfo()->Opers()) {
+            if (!TZOSearchList::Matches(oper.Name, search))
+                continue;
+            FOperations.push_back(
+                {&oper, oper.Name, TZOShellFrame::FormatDescription(oper.Request->Description())});
+            rows.push_back({.Name = FOperations.back().Name, .Description = FOperations.back().FDescription});
+        }
+    }
+    FUi->ListBox->SetRows(std::move(rows));
+}
+
+void TZOOperationListPage::DoServiceRemoved() {
+    FOperations.clear();
+    FUi->ListBox->SetRows({});
+}
+
+void TZOOperationListPage::UpdateLabelColors(TZOIdeTheming* ATheming) {
+    const TColor gray = TZOShellFrame::GRAY_COLORS[ATheming->IsDarkTheme()];
+    SetFontColor(FUi->InfoLabel, ATheming->GetSystemColor(gray));
+}
+
+void TZOOperationListPage::IdeThemeChanged(TZOIdeTheming* ATheming) {
+    SetBackColor(this, ATheming->GetSystemColor(clWindow));
+    UpdateLabelColors(ATheming);
+}

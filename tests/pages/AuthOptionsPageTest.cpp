@@ -1,0 +1,294 @@
+#include "tests/pages/PagesFixture.h"
+#include "tests/pages/Wheel.h"
+
+#include "platform/DesignerNotify.h"
+#include "platform/IdeTheming.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace {
+
+const char* const Edits[] = {"ClientIdEdit", "SecretEdit", "RedirectUrlEdit"};
+const char* const Lines[] = {"ClientIdPanel", "SecretPanel", "RedirectUrlPanel"};
+
+struct TDesigner final : IDesignerNotify {
+    void Modified() override { ++Count; }
+    int Count = 0;
+};
+
+class AuthOptionsPage : public PagesTest {
+protected:
+    AuthOptionsPage() {
+        Register(MakeServiceClass(QStringLiteral("TMapService"), QString(),
+                                  {{QStringLiteral("Locate"), QString()}}));
+        ShowShell();
+        Item = Shell->GetServices(0);
+    }
+
+    void ShowOptions() {
+        Open(QStringLiteral("TMapService"));
+        Shell->ServiceOptionsAsync();
+        Settle();
+        ASSERT_EQ(Stack().back(), QStringLiteral("Service options"));
+    }
+    TZORestService* Service() const { return Item->Component(); }
+    QPushButton* Button(const char* AName) const { return Find<QPushButton>(AName); }
+    QList<QCheckBox*> Boxes() const { return Find<QWidget>("ScopesPanel")->findChildren<QCheckBox*>(); }
+    void Type(const char* AEdit, const QString& AText) {
+        Find<QLineEdit>(AEdit)->setFocus();
+        Find<QLineEdit>(AEdit)->selectAll();
+        QTest::keyClicks(Find<QLineEdit>(AEdit), AText);
+    }
+    void AskForKey(const std::optional<QString>& AAnswer) {
+        TestDialogs.Answers.push_back(AAnswer);
+        QTest::mouseClick(Find<QWidget>("ApiKeyHeader"), Qt::LeftButton);
+    }
+    bool IsRed(const char* ALine) const {
+        auto* line = Find<QWidget>(ALine);
+        Find<QScrollArea>("ScrollBox")->ensureWidgetVisible(line);
+        const QImage image = Top()->grab(QRect(line->mapTo(Top(), QPoint()), line->size())).toImage();
+        EXPECT_EQ(image.height(), 2);
+        const bool isRed = image.pixelColor(5, 1) == QColor(255, 0, 0);
+        EXPECT_TRUE(isRed || image.pixelColor(5, 1).rgb() == Top()->palette().color(QPalette::Window).rgb());
+        return isRed;
+    }
+    QString RedLines() const {
+        QString red;
+        for (const char* line : Lines)
+            red += IsRed(line) ? u'1' : u'0';
+        return red;
+    }
+    QString Checked() const {
+        QString checked;
+        for (const QCheckBox* box : Boxes())
+            checked += box->isChecked() ? u'1' : u'0';
+        return checked;
+    }
+    static QString Key() {
+        return QStringLiteral("SOFTWARE\\Orvane Labs\\ZO-Tools 2020\\Bridgework\\APIExplorer\\TMapService");
+    }
+    static QString Stored(const QString& AName) {
+        TRegistry registry;
+        return registry.OpenKeyReadOnly(Key()) ? registry.ReadString(AName) : QStringLiteral("(no key)");
+    }
+    QString Status() const { return Shell->findChild<QLabel*>(QStringLiteral("AuthStatusLabel"))->text(); }
+
+    TZOServiceItem* Item = nullptr;
+};
+
+} // namespace
+
+TEST_F(AuthOptionsPage, ShowsWhatTheServiceHas) {
+    Service()->SetClientId(QStringLiteral("id"));
+    Service()->SetSecret(QStringLiteral("secret"));
+    Service()->SetRedirectUrl(QStringLiteral("http://127.0.0.1/callback"));
+    Service()->Scopes() = {QStringLiteral("write")};
+    ShowOptions();
+    EXPECT_EQ(Find<QLabel>("HeaderLabel")->text(), QStringLiteral("Service options"));
+    EXPECT_EQ(Find<QLabel>("ApiKeyHeader")->text(), QStringLiteral("Use API Key..."));
+    EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QString());
+    EXPECT_EQ(Find<QLineEdit>("ClientIdEdit")->text(), QStringLiteral("id"));
+    EXPECT_EQ(Find<QLineEdit>("SecretEdit")->text(), QStringLiteral("secret"));
+    EXPECT_EQ(Find<QLineEdit>("RedirectUrlEdit")->text(), QStringLiteral("http://127.0.0.1/callback"));
+    EXPECT_EQ(Checked(), QStringLiteral("010"));
+    EXPECT_EQ(RedLines(), QStringLiteral("000"));
+}
+
+TEST_F(AuthOptionsPage, OpeningItModifiesNothing) {
+    Service()->SetClientId(QStringLiteral("id"));
+    ShowOptions();
+    EXPECT_EQ(Stored(QStringLiteral("ClientId")), QStringLiteral("(no key)"));
+}
+
+TEST_F(AuthOptionsPage, AnApiKeySwitchesTheRestOff) {
+    Service()->SetApiKey(QStringLiteral("abc"));
+    ShowOptions();
+    EXPECT_EQ(Find<QLabel>("ApiKeyHeader")->text(), QStringLiteral("API Key:"));
+    EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QStringLiteral("abc"));
+    for (const char* edit : Edits)
+        EXPECT_FALSE(Find<QLineEdit>(edit)->isEnabled()) << edit;
+    for (const QCheckBox* box : Boxes())
+        EXPECT_FALSE(box->isEnabled());
+    EXPECT_FALSE(Button("DefScopesButton")->isEnabled());
+    EXPECT_FALSE(Button("ResetButton")->isEnabled());
+    EXPECT_EQ(RedLines(), QStringLiteral("000"));
+}
+
+TEST_F(AuthOptionsPage, MarksTheFieldsThatAreEmpty) {
+    ShowOptions();
+    EXPECT_EQ(RedLines(), QStringLiteral("111"));
+    Type("ClientIdEdit", QStringLiteral("x"));
+    EXPECT_EQ(RedLines(), QStringLiteral("011"));
+    QTest::keyClick(Find<QLineEdit>("ClientIdEdit"), Qt::Key_Backspace);
+    EXPECT_EQ(RedLines(), QStringLiteral("111"));
+}
+
+TEST_F(AuthOptionsPage, WritesEveryKeystrokeThrough) {
+    ShowOptions();
+    Type("ClientIdEdit", QStringLiteral("i"));
+    EXPECT_EQ(Service()->GetClientId(), QStringLiteral("i"));
+    EXPECT_EQ(Stored(QStringLiteral("ClientId")), QStringLiteral("i"));
+    Type("ClientIdEdit", QStringLiteral("id"));
+    Type("SecretEdit", QStringLiteral("se"));
+    EXPECT_EQ(Status(), QStringLiteral("Not configured"));
+    Type("RedirectUrlEdit", QStringLiteral("url"));
+    EXPECT_EQ(Service()->GetSecret(), QStringLiteral("se"));
+    EXPECT_EQ(Service()->GetRedirectUrl(), QStringLiteral("url"));
+    EXPECT_EQ(Stored(QStringLiteral("ClientId")), QStringLiteral("id"));
+    EXPECT_EQ(Stored(QStringLiteral("Secret")), QStringLiteral("se"));
+    EXPECT_EQ(Stored(QStringLiteral("RedirectUrl")), QStringLiteral("url"));
+    EXPECT_EQ(Status(), QStringLiteral("Configured"));
+}
+
+TEST_F(AuthOptionsPage, AsksForTheApiKeyAndComesBackFromIt) {
+    Service()->SetClientId(QStringLiteral("id"));
+    ShowOptions();
+    AskForKey(QStringLiteral("k1"));
+    EXPECT_EQ(TestDialogs.Asked, QStringList{QStringLiteral("query API Key|Please specify API Key|")});
+    EXPECT_EQ(Service()->GetApiKey(), QStringLiteral("k1"));
+    EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QStringLiteral("k1"));
+    EXPECT_FALSE(Find<QLineEdit>("ClientIdEdit")->isEnabled());
+    EXPECT_EQ(RedLines(), QStringLiteral("000"));
+    AskForKey(std::nullopt); // cancelled
+    EXPECT_EQ(TestDialogs.Asked.back(), QStringLiteral("query API Key|Please specify API Key|k1"));
+    EXPECT_EQ(Service()->GetApiKey(), QStringLiteral("k1"));
+    AskForKey(QString());
+    EXPECT_EQ(Service()->GetApiKey(), QString());
+    EXPECT_EQ(Find<QLabel>("ApiKeyHeader")->text(), QStringLiteral("Use API Key..."));
+    EXPECT_TRUE(Find<QLineEdit>("ClientIdEdit")->isEnabled());
+    EXPECT_EQ(Find<QLineEdit>("ClientIdEdit")->text(), QStringLiteral("id"));
+    EXPECT_EQ(RedLines(), QStringLiteral("011"));
+}
+
+TEST_F(AuthOptionsPage, TakesTheKeyFromTheKeyboardToo) {
+    ShowOptions();
+    TestDialogs.Answers.emplace_back(QStringLiteral("k"));
+    Find<QWidget>("ApiKeyHeader")->setFocus();
+    QTest::keyClick(Find<QWidget>("ApiKeyHeader"), Qt::Key_Space);
+    EXPECT_EQ(Service()->GetApiKey(), QStringLiteral("k"));
+}
+
+TEST_F(AuthOptionsPage, ListsTheScopesInTheirOrder) {
+    ShowOptions();
+    QStringList captions;
+    int bottom = -1;
+    for (const QCheckBox* box : Boxes()) {
+        captions.append(box->text());
+        EXPECT_GT(box->y(), bottom);
+        bottom = box->geometry().bottom();
+    }
+    EXPECT_EQ(captions, (QStringList{QStringLiteral("  read (default)"), QStringLiteral("  write"),
+                                     QStringLiteral("  admin&&all (default)")}));
+    EXPECT_GT(Find<QWidget>("DefScopesPanel")->y(), bottom);
+    EXPECT_EQ(Checked(), QStringLiteral("101"));
+}
+
+TEST_F(AuthOptionsPage, ChecksAndUnchecksScopes) {
+    Service()->Scopes() = {QStringLiteral("READ"), QStringLiteral("admin&all")};
+    ShowOptions();
+    EXPECT_EQ(Checked(), QStringLiteral("001")); // names count by every letter
+    Boxes()[0]->setFocus();
+    QTest::keyClick(Boxes()[0], Qt::Key_Space);
+    EXPECT_EQ(Service()->Scopes(),
+              (QStringList{QStringLiteral("READ"), QStringLiteral("admin&all"), QStringLiteral("read")}));
+    QTest::mouseClick(Boxes()[2], Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_EQ(Service()->Scopes(), (QStringList{QStringLiteral("READ"), QStringLiteral("read")}));
+    TRegistry registry;
+    ASSERT_TRUE(registry.OpenKeyReadOnly(Key() + QStringLiteral("\\Scopes")));
+    EXPECT_EQ(registry.ReadString(QStringLiteral("1")), QStringLiteral("read"));
+    EXPECT_FALSE(registry.ValueExists(QStringLiteral("2")));
+}
+
+TEST_F(AuthOptionsPage, NeverListsAScopeTwice) {
+    Service()->Scopes().clear();
+    ShowOptions();
+    Service()->Scopes().append(QStringLiteral("read")); // behind the page's back
+    QTest::mouseClick(Boxes()[0], Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_EQ(Service()->Scopes(), QStringList{QStringLiteral("read")});
+}
+
+TEST_F(AuthOptionsPage, RestoresTheDefaultScopes) {
+    Service()->Scopes() = {QStringLiteral("write"), QStringLiteral("other")};
+    ShowOptions();
+    QTest::mouseClick(Button("DefScopesButton"), Qt::LeftButton);
+    EXPECT_EQ(Checked(), QStringLiteral("101"));
+    for (const QCheckBox* box : Boxes())
+        EXPECT_EQ(box->isChecked(), box->text().endsWith(QStringLiteral(" (default)")));
+    EXPECT_EQ(Service()->Scopes(), (QStringList{QStringLiteral("read"), QStringLiteral("admin&all")}));
+    EXPECT_EQ(Stored(QStringLiteral("ClientId")), QString()); // saved
+}
+
+TEST_F(AuthOptionsPage, ResetsTheToken) {
+    Service()->SetToken(QStringLiteral("token"), QString(), 0);
+    ShowOptions();
+    QTest::mouseClick(Button("ResetButton"), Qt::LeftButton);
+    EXPECT_EQ(Service()->GetToken(), QString());
+    TRegistry registry;
+    ASSERT_TRUE(registry.OpenKeyReadOnly(Key()));
+    EXPECT_FALSE(registry.ValueExists(QStringLiteral("Token")));
+}
+
+TEST_F(AuthOptionsPage, TellsTheDesignerOfAComponent) {
+    QWidget form;
+    TDesigner designer;
+    SetDesignRoot(&form, &designer);
+    TZORestService component(Classes[0].get(), &form);
+    component.setObjectName(QStringLiteral("Map1"));
+    Shell->ExploreComponent(&component);
+    Settle();
+    Shell->ServiceOptionsAsync();
+    Settle();
+    EXPECT_EQ(designer.Count, 0);
+    Type("SecretEdit", QStringLiteral("-"));
+    EXPECT_EQ(designer.Count, 1);
+    EXPECT_EQ(component.GetSecret(), QStringLiteral("-"));
+    ClearDesignRoot(&form);
+}
+
+TEST_F(AuthOptionsPage, LivesThroughTheEndOfItsService) {
+    auto component = std::make_unique<TZORestService>(Classes[0].get());
+    Shell->ExploreComponent(component.get());
+    Settle();
+    Shell->ServiceOptionsAsync();
+    Settle();
+    component.reset();
+    EXPECT_EQ(Shell->GetNavStackTop()->AuthState(true), asHidden);
+    Find<QLineEdit>("ClientIdEdit")->setText(QStringLiteral("x"));
+    Settle();
+    EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
+}
+
+TEST_F(AuthOptionsPage, SaysHowAClientWithoutSecretIsMeant) {
+    ShowOptions();
+    EXPECT_TRUE(Find<QLineEdit>("SecretEdit")->toolTip().contains(QStringLiteral("hyphen")));
+}
+
+TEST_F(AuthOptionsPage, ColoursItsLinkByTheTheme) {
+    ShowOptions();
+    EXPECT_EQ(TextColor(Find<QWidget>("ApiKeyHeader")), QColor(0, 102, 204));
+    TZOIdeTheming::SetTheme(thDark);
+    EXPECT_EQ(TextColor(Find<QWidget>("ApiKeyHeader")), QColor(255, 224, 188));
+    EXPECT_EQ(RedLines(), QStringLiteral("111"));
+}
+
+TEST_F(AuthOptionsPage, ScrollsWhereItDoesNotFit) {
+    ShowOptions();
+    Shell->resize(500, 300);
+    Settle();
+    auto* box = Find<QScrollArea>("ScrollBox");
+    ASSERT_GT(box->verticalScrollBar()->maximum(), 200);
+    TurnWheel(Find<QLineEdit>("ClientIdEdit"), -120);
+    EXPECT_EQ(box->verticalScrollBar()->value(), 96);
+}
+
+TEST_F(AuthOptionsPage, ReportsSettingsThatCannotBeWritten) {
+    ShowOptions();
+    qputenv("ZO_SETTINGS_FILE", "/dev/null/settings.db");
+    Type("SecretEdit", QStringLiteral("s"));
+    EXPECT_EQ(Errors, QStringList{QStringLiteral("ERegistryException")});
+    Errors.clear();
+    EXPECT_EQ(Service()->GetSecret(), QStringLiteral("s"));
+}
