@@ -4,6 +4,7 @@
 #include "jsoneditor/values/ValueText.h"
 #include "jsoneditor/view/RestView.h"
 
+#include <algorithm>
 #include <memory>
 
 TZOObjectDataSource::TDataRow::TDataRow(TRow* AParent, TRowKind AKind) : TRow(AParent, AKind) {}
@@ -71,7 +72,11 @@ void TZOObjectDataSource::TDataRow::KeyDown(TZORestView* AView, int& AKey, Qt::K
     } else if (AKey == Qt::Key_Delete && AShift.testFlag(Qt::ControlModifier)) {
         AKey = 0;
         AView->CancelEditing();
+        const int place = AView->IndexOfRow(this);
         DoEditAction(eaDelete);
+        // If this row is gone, whatever stands in its place takes the selection over.
+        if (!AView->Selected())
+            AView->SelectRow(AView->RowAt(std::min(place, AView->GetRowCount() - 1)), seHide);
     }
 }
 

@@ -53,6 +53,7 @@ void TZOObjectDataSource::RowEdited(TZOViewRow* ARow, int AChunkId, const QStrin
 void TZOObjectDataSource::KeyDown(int& AKey, Qt::KeyboardModifiers AShift) {
     if (AKey == Qt::Key_Escape) {
         if (!View()->EditorShown()) {
+            SelectStoredRow();
             CancelInsertMode();
             AKey = 0;
         }
@@ -86,6 +87,20 @@ bool TZOObjectDataSource::DoUploadDialog(ZOUpload& AUpload) {
     if (OnUploadDialog)
         OnUploadDialog(this, AUpload, handled);
     return handled;
+}
+
+void TZOObjectDataSource::SelectStoredRow() {
+    const auto goes = [](const TRow* ARow) {
+        const bool isTag = ARow->Kind() == rkOTag || ARow->Kind() == rkUTag;
+        return isTag ? ARow->Parent()->IsInserting() : ARow->IsInserting();
+    };
+    TRow* row = SelectedRow();
+    if (!row || !goes(row))
+        return;
+    // Upwards there is always one: the outermost row is no placeholder.
+    while (goes(row))
+        row = row->Prev();
+    View()->SelectRow(row, seHide);
 }
 
 TZOObjectDataSource::TRow* TZOObjectDataSource::SelectedRow() const {

@@ -120,6 +120,8 @@ private:
     };
 
     TRow* SelectedRow() const;
+    /// Moves the selection off a placeholder, to the nearest row above that stays.
+    void SelectStoredRow();
 
     const TZOTypeInfo* FType;
     std::unique_ptr<TZOValueHolder> FValue;

@@ -49,15 +49,19 @@ void TZOObjectDataSource::TObjectTagItem::Offer(const ZOObject::TSubtype* AValue
     SetDisplayValue(true, rvStringRO);
 }
 
-void TZOObjectDataSource::TObjectTagItem::SelectValue() {
-    static_cast<TObjectTag*>(Parent())->SelectValue(FValue);
+void TZOObjectDataSource::TObjectTagItem::SelectValue(TZORestView* AView) {
+    auto* tagRow = static_cast<TObjectTag*>(Parent());
+    tagRow->SelectValue(FValue);
+    // This row is gone now; the tag row takes the selection over.
+    if (!AView->Selected())
+        AView->SelectRow(tagRow, seHide);
 }
 
-void TZOObjectDataSource::TObjectTagItem::KeyDown(TZORestView*, int& AKey, Qt::KeyboardModifiers) {
+void TZOObjectDataSource::TObjectTagItem::KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers) {
     if (AKey != Qt::Key_Return)
         return;
     AKey = 0;
-    SelectValue();
+    SelectValue(AView);
 }
 
-void TZOObjectDataSource::TObjectTagItem::DblClick(TZORestView*) { SelectValue(); }
+void TZOObjectDataSource::TObjectTagItem::DblClick(TZORestView* AView) { SelectValue(AView); }

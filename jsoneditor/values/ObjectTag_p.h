@@ -43,7 +43,7 @@ protected:
     QString DisplayText() const override { return QStringLiteral("> ") + FValue->Name; }
 
 private:
-    void SelectValue();
+    void SelectValue(TZORestView* AView);
 
     const ZOObject::TSubtype* FValue;
 };

@@ -60,15 +60,19 @@ void TZOObjectDataSource::TUnionTagItem::Offer(PTag AValue) {
     SetDisplayValue(true, rvStringRO);
 }
 
-void TZOObjectDataSource::TUnionTagItem::SelectValue() {
-    static_cast<TUnionTag*>(Parent())->SelectValue(FValue);
+void TZOObjectDataSource::TUnionTagItem::SelectValue(TZORestView* AView) {
+    auto* tagRow = static_cast<TUnionTag*>(Parent());
+    tagRow->SelectValue(FValue);
+    // This row is gone now; the tag row takes the selection over.
+    if (!AView->Selected())
+        AView->SelectRow(tagRow, seHide);
 }
 
-void TZOObjectDataSource::TUnionTagItem::KeyDown(TZORestView*, int& AKey, Qt::KeyboardModifiers) {
+void TZOObjectDataSource::TUnionTagItem::KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers) {
     if (AKey != Qt::Key_Return)
         return;
     AKey = 0;
-    SelectValue();
+    SelectValue(AView);
 }
 
-void TZOObjectDataSource::TUnionTagItem::DblClick(TZORestView*) { SelectValue(); }
+void TZOObjectDataSource::TUnionTagItem::DblClick(TZORestView* AView) { SelectValue(AView); }

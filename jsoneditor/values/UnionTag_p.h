@@ -46,7 +46,7 @@ protected:
     QString DisplayText() const override { return QStringLiteral("> ") + FValue->Name; }
 
 private:
-    void SelectValue();
+    void SelectValue(TZORestView* AView);
 
     PTag FValue;
 };

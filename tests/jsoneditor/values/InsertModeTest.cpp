@@ -237,6 +237,14 @@ TEST_F(InsertMode, EscapeLeavesInsertModeEverywhere) {
     view.Expect("[\n  [\n    <1>\n  ]\n  [\n    <2>\n  ]\n]");
 }
 
+TEST_F(InsertMode, EscapeSelectsTheNearestRowThatStays) {
+    TValueView view(Types.Numbers, "[1,2]");
+    view.PressOn("]", "Insert");
+    view.PressOn("~<value>", "Escape");
+    view.Expect("[\n  <1>\n  <2>\n]");
+    EXPECT_EQ(view.Selected(), "<2>");
+}
+
 TEST_F(InsertMode, ANewItemGetsItsKeyFirst) {
     TValueView view(Types.Scores, R"({"a":1})");
     view.DoubleClick("{");

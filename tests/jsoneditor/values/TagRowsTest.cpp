@@ -165,3 +165,22 @@ TEST_F(TagRows, ATagAndItsChoicesIgnoreDelete) {
     view.PressOn("~> none", "Ctrl+Delete Insert");
     view.Expect("{\n  kind: number\n    ~> number\n    ~> person\n    ~> none\n  value: <5>\n}");
 }
+
+TEST_F(TagRows, TheTagRowTakesTheSelectionOverFromAChoice) {
+    TValueView view(Types.Choice, R"({"kind":"number","value":5})");
+    view.DoubleClick("kind: number");
+    view.PressOn("~> none", "Return");
+    EXPECT_EQ(view.Selected(), "kind: none");
+    TValueView shape(Types.Shape, R"({"type":"circle"})");
+    shape.DoubleClick("type: circle");
+    shape.DoubleClick("~> square");
+    EXPECT_EQ(shape.Selected(), "type: square");
+}
+
+TEST_F(TagRows, EscapeLeavesTheSelectionOnATagRow) {
+    TValueView view(Types.Choice, R"({"kind":"none"})");
+    view.DoubleClick("kind: none");
+    view.DoubleClick("~> number");
+    view.PressOn("~kind: number", "Escape");
+    EXPECT_EQ(view.Selected(), "kind: none");
+}

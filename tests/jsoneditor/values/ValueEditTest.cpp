@@ -98,6 +98,13 @@ TEST_F(ValueEdit, DeletedMapItemIsGone) {
     view.ExpectJson(R"({"b":1,"c":3})");
 }
 
+TEST_F(ValueEdit, TheNextItemTakesTheSelectionOverFromADeletedOne) {
+    TValueView view(Types.Scores, R"({"b":1,"a":2,"c":3})");
+    view.PressOn("a: <2>", "Ctrl+Delete Ctrl+Delete");
+    view.Expect("{\n  b: <1>\n}");
+    EXPECT_EQ(view.Selected(), "}");
+}
+
 TEST_F(ValueEdit, ListElementsTakeNoKeys) {
     TValueView view(Types.Numbers, "[1,2,3]");
     view.PressOn("<2>", "Ctrl+Delete Insert Shift+Insert Alt+Down");

@@ -18,10 +18,19 @@ void TCountingSource::ConfigureRow(TZOViewRow* ARow, TZOViewRowLayout* ALayout) 
 
 TValueView::TValueView(const TZOTypeInfo* AType, const QByteArray& AJson, bool AInsertMode)
     : Holder(AType, true), View(&Window), Source(&Holder, false, AInsertMode) {
-    FPrevious =
-        SetExceptionDisplay([this](QWidget*, const std::exception& e) { Shown.append(ExceptionMessage(e)); });
     if (!AJson.isEmpty())
         TZOJson::Decode(AJson, Holder);
+    Show();
+}
+
+TValueView::TValueView(TZOValueHolder* AHolder)
+    : Holder(AHolder, false), View(&Window), Source(&Holder, false, false) {
+    Show();
+}
+
+void TValueView::Show() {
+    FPrevious =
+        SetExceptionDisplay([this](QWidget*, const std::exception& e) { Shown.append(ExceptionMessage(e)); });
     // Off the view, so that no editor follows the pointer before a test moves it.
     QCursor::setPos(5000, 5000);
     Window.resize(700, 4000);

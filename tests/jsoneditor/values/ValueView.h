@@ -24,6 +24,8 @@ class TValueView {
 public:
     /// The value starts as AJson has it; empty text leaves it absent.
     explicit TValueView(const TZOTypeInfo* AType, const QByteArray& AJson = {}, bool AInsertMode = false);
+    /// Shows the same value as AHolder.
+    explicit TValueView(TZOValueHolder* AHolder);
     ~TValueView();
 
     /// All rows: two blanks per level, "~" before what is grey, editable chunks in angle brackets.
@@ -65,6 +67,7 @@ public:
     TCountingSource Source;
 
 private:
+    void Show();
     void ClickAt(TZOViewRow* ARow, bool ADouble);
 
     TZOExceptionDisplay FPrevious;
