@@ -254,3 +254,50 @@ TEST_F(ValueEdit, AValueThatCannotBeStoredIsLeftAlone) {
     EXPECT_EQ(view.GetRowCount(), 3);
     EXPECT_FALSE(source.Value()->HasValue());
 }
+
+TEST_F(ValueEdit, RowsOfAValueThatWasReplacedShowAndWriteNothing) {
+    TValueView view(Types.Shape, R"({"type":"circle","radius":1})");
+    view.SetJson(R"({"type":"square","side":2})");
+    view.View.InvalidateAllLayouts();
+    view.Expect("{\n  type: circle\n  radius: <>\n}");
+    view.Enter("radius: <>", "5");
+    view.ExpectJson(R"({"type":"square","side":2})");
+    view.Press("F5");
+    view.Expect("{\n  type: square\n  side: <2>\n}");
+}
+
+TEST_F(ValueEdit, RowsOfElementsThatAreGoneShowNothing) {
+    TValueView view(Types.Numbers, "[1,2]");
+    view.SetJson("[3]");
+    view.View.InvalidateAllLayouts();
+    view.Expect("[\n  <3>\n  <>\n]");
+    view.Enter("<>", "5");
+    view.ExpectJson("[3]");
+}
+
+TEST_F(ValueEdit, ASourceMayGoBeforeItsViewAndWithIt) {
+    TZOValueHolder holder(Types.Numbers, true);
+    TZORestView view;
+    {
+        TZOObjectDataSource source(&holder, false, true);
+        view.SetDataSource(&source);
+        EXPECT_EQ(view.GetRowCount(), 3);
+    }
+    EXPECT_EQ(view.GetRowCount(), 0);
+    view.SetOwnDataSource(true);
+    view.SetDataSource(new TZOObjectDataSource(&holder, false, true));
+    EXPECT_EQ(view.GetRowCount(), 3);
+}
+
+TEST_F(ValueEdit, TheRowsMayBeShownAnewInAnotherView) {
+    TZOValueHolder holder(Types.Numbers, true);
+    TZOObjectDataSource source(&holder, false, true);
+    TZORestView first;
+    TZORestView second;
+    first.SetDataSource(&source);
+    first.SetDataSource(nullptr);
+    second.SetDataSource(&source);
+    // Insert mode was asked for the first time only.
+    EXPECT_EQ(second.GetRowCount(), 1);
+    second.SetDataSource(nullptr);
+}
