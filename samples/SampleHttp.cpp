@@ -47,8 +47,8 @@ std::string SampleErrorText(int AStatus, const std::string& AMessage, const std:
     TJson error{{"status", AStatus}, {"message", AMessage}};
     if (!AField.empty())
         error["field"] = AField;
-    // Text of the caller's may be no UTF-8; an error answer must not fail on it.
-    return error.dump(-1, ' ', false, TJson::error_handler_t::replace);
+    // Indented, because people read it. Text of the caller's may be no UTF-8; this must not fail on it.
+    return error.dump(2, ' ', false, TJson::error_handler_t::replace);
 }
 
 namespace SampleText {

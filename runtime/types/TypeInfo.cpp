@@ -1,5 +1,7 @@
 #include "runtime/types/TypeInfo.h"
 
+#include "runtime/types/Any.h"
+#include "runtime/types/Streams.h"
 #include "runtime/types/TypeLibrary.h"
 
 #include <QHash>
@@ -11,7 +13,16 @@
 namespace {
 
 std::unordered_map<std::type_index, const TZOTypeInfo*>& CompiledTypes() {
-    static std::unordered_map<std::type_index, const TZOTypeInfo*> types;
+    static std::unordered_map<std::type_index, const TZOTypeInfo*> types = {
+        {typeid(QString), TZOTypeLibrary::Scalar(vkString)},
+        {typeid(qint32), TZOTypeLibrary::Scalar(vkInteger)},
+        {typeid(qint64), TZOTypeLibrary::Scalar(vkInt64)},
+        {typeid(bool), TZOTypeLibrary::Scalar(vkBoolean)},
+        {typeid(double), TZOTypeLibrary::Scalar(vkFloat)},
+        {typeid(ZOAny), TZOTypeLibrary::Scalar(vkAny)},
+        {typeid(ZOUpload), TZOTypeLibrary::Scalar(vkUpload)},
+        {typeid(ZODownload), TZOTypeLibrary::Scalar(vkDownload)},
+    };
     return types;
 }
 

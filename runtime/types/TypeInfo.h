@@ -47,6 +47,7 @@ public:
     const QStringList& AllowedValues() const noexcept { return FAllowedValues; }
 
     /// The description of a compiled C++ type: the scalars of TZOValueKind and service classes' C++ types.
+    /// double is a float: date-times and dates have no C++ type of their own.
     /// Null when the type was never registered.
     static const TZOTypeInfo* Get(const std::type_info& AType);
     /// The description of a service class: its TZORestService::TTypeInfo.

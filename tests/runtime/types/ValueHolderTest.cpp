@@ -92,6 +92,17 @@ TEST(Streams, AreNeverOwnedAndMayMarkSeveralValues) {
     EXPECT_EQ(download.GetStream(), &stream);
 }
 
+TEST(TypeInfo, KnowsTheStorageOfScalars) {
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(QString)), TZOTypeLibrary::Scalar(vkString));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(qint32)), TZOTypeLibrary::Scalar(vkInteger));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(qint64)), TZOTypeLibrary::Scalar(vkInt64));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(bool)), TZOTypeLibrary::Scalar(vkBoolean));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(double)), TZOTypeLibrary::Scalar(vkFloat));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(ZOAny)), TZOTypeLibrary::Scalar(vkAny));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(ZOUpload)), TZOTypeLibrary::Scalar(vkUpload));
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(ZODownload)), TZOTypeLibrary::Scalar(vkDownload));
+}
+
 TEST(TypeInfo, IsFoundByItsCompiledType) {
     struct TCompiled {};
     EXPECT_EQ(TZOTypeInfo::Get(typeid(TCompiled)), nullptr);
