@@ -1,10 +1,14 @@
 #include "jsoneditor/view/InplaceEditor.h"
 
+#include "jsoneditor/view/AccessibleView_p.h"
 #include "jsoneditor/view/RestView.h"
 #include "platform/ExceptionDisplay.h"
 
 #include <QContextMenuEvent>
 #include <QFocusEvent>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
@@ -36,6 +40,8 @@ void TZOInplaceEditor::Show(TZOViewRow* ARow, int AChunkId) {
         return;
     const QScopedValueRollback<bool> guard(FShowing, true);
     const bool moving = !IsShownAt(ARow, AChunkId);
+    if (moving)
+        EndComposition(false);
     FRow = ARow;
     FChunkId = AChunkId;
     QString shownText;
@@ -50,7 +56,9 @@ void TZOInplaceEditor::Show(TZOViewRow* ARow, int AChunkId) {
         if (bounds.left() < right)
             bounds.setRight(qMin(bounds.right(), right));
     }
-    if (moving || !FModified) {
+    if (moving && ARow->Layout())
+        setAccessibleName(SpeechOf(*ARow->Layout()).Name);
+    if (moving || (!FModified && !Composing())) {
         if (moving || text() != shownText)
             setText(shownText);
         if (moving)
@@ -65,6 +73,7 @@ void TZOInplaceEditor::Hide() {
     if (FHiding)
         return;
     const QScopedValueRollback<bool> guard(FHiding, true);
+    EndComposition(false);
     clear();
     FModified = false;
     // Hiding the control that has the focus would hand it on to whatever comes next.
@@ -115,7 +124,35 @@ void TZOInplaceEditor::focusInEvent(QFocusEvent* AEvent) {
     GuardedCall(FView, [this] { FView->EditorFocused(this); });
 }
 
+void TZOInplaceEditor::inputMethodEvent(QInputMethodEvent* AEvent) {
+    const QString before = std::exchange(FPreedit, AEvent->preeditString());
+    QLineEdit::inputMethodEvent(AEvent);
+    // What is being composed pushes the rest of the row along like typed text.
+    if (FPreedit != before && !FHiding && !FShowing && !isHidden())
+        GuardedCall(FView, [this] { FView->EditorValueChanged(this); });
+}
+
+QString TZOInplaceEditor::ComposedText() const { return text().insert(cursorPosition(), FPreedit); }
+
+void TZOInplaceEditor::EndComposition(bool AKeep) {
+    if (!Composing())
+        return;
+    if (AKeep && hasFocus())
+        QGuiApplication::inputMethod()->commit();
+    // Most input methods have committed now; for the others it is done here.
+    if (!Composing())
+        return;
+    QInputMethodEvent end;
+    if (AKeep)
+        end.setCommitString(FPreedit);
+    inputMethodEvent(&end);
+    if (hasFocus())
+        QGuiApplication::inputMethod()->reset();
+}
+
 void TZOInplaceEditor::focusOutEvent(QFocusEvent* AEvent) {
+    if (AEvent->reason() != Qt::PopupFocusReason)
+        EndComposition(true);
     // The base class drops the selection for every other reason.
     QFocusEvent kept(QEvent::FocusOut, AEvent->reason() == Qt::PopupFocusReason
                                            ? Qt::PopupFocusReason

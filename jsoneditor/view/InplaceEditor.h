@@ -21,6 +21,13 @@ public:
     /// The user has changed the text since it was shown.
     bool Modified() const { return FModified; }
 
+    /// An input method is composing text that is shown and not yet part of the text.
+    bool Composing() const { return !FPreedit.isEmpty(); }
+    /// The text with what is being composed in it.
+    QString ComposedText() const;
+    /// Makes what is being composed part of the text, or drops it.
+    void EndComposition(bool AKeep);
+
     /// Goes to the chunk and takes its text, which shows nothing when the row has no such editable chunk on
     /// screen. Text that the user changed stays when the editor is at that place already.
     void Show(TZOViewRow* ARow, int AChunkId);
@@ -37,6 +44,7 @@ protected:
     bool event(QEvent* AEvent) override;
     void focusInEvent(QFocusEvent* AEvent) override;
     void focusOutEvent(QFocusEvent* AEvent) override;
+    void inputMethodEvent(QInputMethodEvent* AEvent) override;
     void contextMenuEvent(QContextMenuEvent* AEvent) override;
 
 private:
@@ -47,6 +55,7 @@ private:
     TZORestView* FView;
     TZOViewRow* FRow = nullptr;
     int FChunkId = 0;
+    QString FPreedit;
     bool FModified = false;
     bool FHiding = false;
     bool FShowing = false;

@@ -1,5 +1,6 @@
 #include "jsoneditor/view/RestView.h"
 
+#include "jsoneditor/view/AccessibleView_p.h"
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/ExposureWatch_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
@@ -53,6 +54,7 @@ TZORestView::TZORestView(QWidget* AParent)
     FHover = new TZOInplaceEditor(this);
     UpdateEditorsColor();
     FExposure = std::make_unique<TZOExposureWatch>(this, [this] { ExposureChanged(); });
+    FAccessible = std::make_unique<TZOAccessibleRows>(this);
     connect(qApp, &QApplication::focusChanged, this, &TZORestView::FocusChanged);
 }
 
@@ -63,6 +65,7 @@ TZORestView::~TZORestView() {
     FExposure.reset();
     ClearRows();
     ClearLayouts();
+    FAccessible.reset();
     delete FEditor;
     delete FHover;
     if (FDataSource) {
@@ -98,6 +101,7 @@ void TZORestView::RunUpdate() {
     UpdateEditor();
     UpdateTracking();
     UpdateScrollBar();
+    FAccessible->Updated();
 }
 
 void TZORestView::PrepareUpdate() {

@@ -16,6 +16,7 @@
 #include <vector>
 
 class QScrollBar;
+class TZOAccessibleRows;
 class TZODataSource;
 class TZOExposureWatch;
 class TZOInplaceEditor;
@@ -156,12 +157,19 @@ public:
     bool CanPaste() const;
     bool CanSelectAll() const;
     bool CanDeleteRow() const;
+    /// Whether a row is selected and the source has a use for the Insert key.
+    bool CanInsertRow() const;
     void Undo();
     void Cut();
     void Copy();
     void Paste();
     void SelectAll();
+    /// The source's Ctrl+Delete and Insert keys.
     void DeleteRow();
+    void InsertRow();
+
+    /// The view's side of what assistive technology sees.
+    TZOAccessibleRows* AccessibleRows() const { return FAccessible.get(); }
 
 protected:
     bool event(QEvent* AEvent) override;
@@ -181,6 +189,7 @@ protected:
     bool eventFilter(QObject* AObject, QEvent* AEvent) override;
 
 private:
+    friend class TZOAccessibleRow;
     friend class TZODataSource;
     friend class TZOInplaceEditor;
     friend class TZOViewRowLayout;
@@ -224,6 +233,7 @@ private:
     bool OfferKey(QKeyEvent* AEvent);
     void KeyToRow(int& AKey, TZOViewRow* ATarget);
     void KeyTab(int& AKey, bool ABackwards);
+    TZOViewRow* RowAPageAway(bool ADown) const;
     void FocusChanged();
 
     // Editing
@@ -250,6 +260,7 @@ private:
     TZOLinkedListOf<TZOViewRowLayout*> FLayouts;
     std::unique_ptr<TZORowIndex> FIndex;
     std::unique_ptr<TZOExposureWatch> FExposure;
+    std::unique_ptr<TZOAccessibleRows> FAccessible;
     QRect FLaidOutRect;
     int FUpdateCount = 0;
     bool FNeedUpdate = false;

@@ -1,4 +1,5 @@
 // Selection, the two in-place editors, and what a host's menus ask of the focused one.
+#include "jsoneditor/view/AccessibleView_p.h"
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
@@ -6,9 +7,7 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QCursor>
-#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 
@@ -23,6 +22,7 @@ void TZORestView::SelectRow(TZOViewRow* ARow, TZOShowEditor AShowEditor) {
         UpdateEditorsColor();
         UpdateView();
     });
+    FAccessible->AnnounceSelection();
 }
 
 void TZORestView::MoveSelection(TZOViewRow* ARow, TZOShowEditor AShowEditor) {
@@ -36,6 +36,7 @@ void TZORestView::MoveSelection(TZOViewRow* ARow, TZOShowEditor AShowEditor) {
 
 bool TZORestView::TryCloseEditor(bool AApply) {
     try {
+        FEditor->EndComposition(AApply);
         if (FEditor->Modified())
             ApplyEdit(AApply);
         FEditor->Hide();
@@ -55,6 +56,7 @@ void TZORestView::ApplyEdit(bool AApply) {
     FFlushingRow = FEditor->Row();
     const int chunkId = FEditor->ChunkId();
     const QString text = FEditor->text();
+    TZOViewRow* edited = nullptr;
     Updating([&] {
         FEditor->ResetModified();
         try {
@@ -68,8 +70,10 @@ void TZORestView::ApplyEdit(bool AApply) {
         }
         if (FFlushingRow)
             InvalidateLayout(FFlushingRow);
-        FFlushingRow = nullptr;
+        edited = std::exchange(FFlushingRow, nullptr);
     });
+    if (AApply && edited && edited->List() == &FRows)
+        FAccessible->AnnounceEdit(edited);
 }
 
 bool TZORestView::EditorModified() const { return FEditor->Modified(); }
@@ -84,9 +88,9 @@ void TZORestView::EditorValueChanged(TZOInplaceEditor* AEditor) {
 void TZORestView::EditorSetModifiedToLayout(const TZOInplaceEditor* AEditor,
                                             TZOViewRowLayout* ALayout) const {
     TZORowChunk* chunk = nullptr;
-    if (AEditor->Modified() && AEditor->Row() == ALayout->Row() &&
+    if ((AEditor->Modified() || AEditor->Composing()) && AEditor->Row() == ALayout->Row() &&
         ALayout->TryGetChunk(AEditor->ChunkId(), false, chunk))
-        chunk->SetText(AEditor->text());
+        chunk->SetText(AEditor->ComposedText());
 }
 
 void TZORestView::EditorFocused(TZOInplaceEditor* AEditor) {
@@ -223,34 +227,3 @@ void TZORestView::Cut() { FEditor->cut(); }
 void TZORestView::Copy() { FEditor->copy(); }
 void TZORestView::Paste() { FEditor->paste(); }
 void TZORestView::SelectAll() { FEditor->selectAll(); }
-
-void TZORestView::DeleteRow() {
-    int key = Qt::Key_Delete;
-    KeyDown(key, Qt::ControlModifier);
-}
-
-void TZORestView::contextMenuEvent(QContextMenuEvent* AEvent) {
-    ShowContextMenu(AEvent->globalPos());
-    AEvent->accept();
-}
-
-void TZORestView::ShowContextMenu(const QPoint& AGlobal) {
-    auto* menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [&](const QString& ACaption, const QKeySequence& AKeys, bool AEnabled,
-                         void (TZORestView::*ADo)()) {
-        QAction* action =
-            menu->addAction(ACaption, this, [this, ADo] { GuardedCall(this, [&] { (this->*ADo)(); }); });
-        action->setShortcut(AKeys);
-        action->setEnabled(AEnabled);
-    };
-    add(tr("Undo"), QKeySequence::Undo, CanUndo(), &TZORestView::Undo);
-    menu->addSeparator();
-    add(tr("Cut"), QKeySequence::Cut, CanCut(), &TZORestView::Cut);
-    add(tr("Copy"), QKeySequence::Copy, CanCopy(), &TZORestView::Copy);
-    add(tr("Paste"), QKeySequence::Paste, CanPaste(), &TZORestView::Paste);
-    add(tr("Select All"), QKeySequence::SelectAll, CanSelectAll(), &TZORestView::SelectAll);
-    menu->addSeparator();
-    add(tr("Delete Row"), QKeySequence(Qt::CTRL | Qt::Key_Delete), CanDeleteRow(), &TZORestView::DeleteRow);
-    menu->popup(AGlobal);
-}

@@ -24,6 +24,12 @@ TKey NormalKey(const QKeyEvent* AEvent) {
     return key;
 }
 
+/// With Ctrl or Alt, they turn the pages of the host.
+bool IsPageKey(int AKey, Qt::KeyboardModifiers AShift) {
+    return (AKey == Qt::Key_PageUp || AKey == Qt::Key_PageDown) &&
+           !(AShift & (Qt::ControlModifier | Qt::AltModifier));
+}
+
 } // namespace
 
 bool TZORestView::ClaimKey(QKeyEvent* AEvent) {
@@ -31,8 +37,8 @@ bool TZORestView::ClaimKey(QKeyEvent* AEvent) {
     FOfferedKey = nullptr;
     const TKey key = NormalKey(AEvent);
     const bool control = key.Shift.testFlag(Qt::ControlModifier);
-    const bool own = key.Key == Qt::Key_Up || key.Key == Qt::Key_Down || key.Key == Qt::Key_Tab ||
-                     key.Key == Qt::Key_Return || key.Key == Qt::Key_Escape ||
+    const bool own = IsPageKey(key.Key, key.Shift) || key.Key == Qt::Key_Up || key.Key == Qt::Key_Down ||
+                     key.Key == Qt::Key_Tab || key.Key == Qt::Key_Return || key.Key == Qt::Key_Escape ||
                      (control && (key.Key == Qt::Key_Home || key.Key == Qt::Key_End));
     if (!own && !(FDataSource && FDataSource->WantsKey(key.Key, key.Shift)))
         return false;
@@ -73,6 +79,10 @@ void TZORestView::KeyDown(int& AKey, Qt::KeyboardModifiers AShift) {
     case Qt::Key_Down:
         KeyToRow(AKey, FSelected ? FSelected->Next() : nullptr);
         break;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        KeyToRow(AKey, IsPageKey(AKey, AShift) ? RowAPageAway(AKey == Qt::Key_PageDown) : nullptr);
+        break;
     case Qt::Key_Tab:
         KeyTab(AKey, AShift.testFlag(Qt::ShiftModifier));
         break;
@@ -94,6 +104,17 @@ void TZORestView::KeyToRow(int& AKey, TZOViewRow* ATarget) {
         return;
     AKey = 0;
     MoveSelection(ATarget, seDefaultChunk);
+}
+
+TZOViewRow* TZORestView::RowAPageAway(bool ADown) const {
+    if (!FSelected || FRowHeight <= 0)
+        return nullptr;
+    // One row of the old page stays in sight.
+    const int height = FAutoSize ? ExposedRect().height() : ClientRect().height();
+    const int page = qMax(1, height / FRowHeight - 1);
+    const int index = IndexOfRow(FSelected);
+    const int target = qBound(0, ADown ? index + page : index - page, FRows.GetCount() - 1);
+    return target == index ? nullptr : RowAt(target);
 }
 
 void TZORestView::KeyTab(int& AKey, bool ABackwards) {

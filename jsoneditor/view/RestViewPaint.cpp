@@ -5,7 +5,9 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -13,10 +15,20 @@ namespace {
 const QColor DefaultErrorColor(255, 0, 0);
 const QColor DefaultSymbolColor(0, 102, 204);
 
-/// The start of AText that can reach into AWidth pixels: no character is narrower than one.
+bool RunsRightToLeft(QChar AChar) {
+    return AChar.direction() == QChar::DirR || AChar.direction() == QChar::DirAL;
+}
+
+/// The start of AText that can reach into AWidth pixels: no character is narrower than one. Text that runs
+/// right to left anywhere is left whole, as its end may be what stands in sight.
 QString VisiblePart(const QString& AText, int AWidth) {
     constexpr int combining = 64;
-    return AText.size() > AWidth + combining ? AText.left(AWidth + combining) : AText;
+    qsizetype size = AWidth + combining;
+    if (AText.size() <= size || std::any_of(AText.cbegin(), AText.cend(), RunsRightToLeft))
+        return AText;
+    if (AText[size].isLowSurrogate())
+        --size;
+    return AText.left(size);
 }
 
 /// Paints into the chunk's bounds, cut with an ellipsis where it does not fit, in the painter's font.
@@ -29,9 +41,8 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
     if (text.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
         text = metrics.elidedText(text, Qt::ElideRight, bounds.width());
     APainter.setPen(AColor);
-    APainter.drawText(
-        bounds, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop | Qt::TextSingleLine | Qt::TextDontClip,
-        text);
+    // On the font's own base line: another font that stands in for missing characters may be higher.
+    APainter.drawText(QPoint(bounds.left(), bounds.top() + metrics.ascent()), text);
 }
 
 } // namespace
@@ -116,9 +127,12 @@ void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
     const QRect& bounds = ALayout->Bounds();
     if (bounds.isEmpty())
         return;
-    const qreal ratio = devicePixelRatioF();
-    const QSize size(static_cast<int>(std::ceil(bounds.width() * ratio)),
-                     static_cast<int>(std::ceil(bounds.height() * ratio)));
+    // Rows begin and end at whole pixels of the device, or copying the buffer would blur them.
+    const QTransform toDevice = APainter.deviceTransform();
+    const qreal ratio = toDevice.m11();
+    const QPoint origin = toDevice.map(QPointF(bounds.topLeft())).toPoint();
+    const QPoint end = toDevice.map(QPointF(bounds.bottomRight() + QPoint(1, 1))).toPoint();
+    const QSize size(end.x() - origin.x(), end.y() - origin.y());
     if (FRowBuffer.size() != size)
         FRowBuffer = QPixmap(size);
     FRowBuffer.setDevicePixelRatio(ratio);
@@ -130,7 +144,7 @@ void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
         DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width());
     }
     buffer.end();
-    APainter.drawPixmap(bounds.topLeft(), FRowBuffer);
+    APainter.drawPixmap(toDevice.inverted().map(QPointF(origin)), FRowBuffer);
 }
 
 void TZORestView::ActiveStateChanged() {

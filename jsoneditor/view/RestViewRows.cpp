@@ -1,4 +1,5 @@
 // The rows of a view: its data source, the update bracket, and the list with its index.
+#include "jsoneditor/view/AccessibleView_p.h"
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
@@ -126,6 +127,7 @@ void TZORestView::RowRemoved(TZOViewRow* ARow) {
     if (FFlushingRow == ARow)
         FFlushingRow = nullptr;
     InvalidateLayout(ARow);
+    FAccessible->Forget(ARow);
     if (ARow->List() == &FRows) {
         FIndex->Removing(ARow);
         FRows.Remove(ARow);

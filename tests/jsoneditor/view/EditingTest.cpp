@@ -228,27 +228,47 @@ TEST(Editing, DeletesARowThroughTheSourcesOwnKey) {
     EXPECT_EQ(text.Source.Keys, std::vector<int>{Qt::Key_Delete});
 }
 
-TEST(Editing, PutsTheEditorsTextExactlyOnThePaintedOne) {
-    TTextView text(QStringLiteral("  [Wnglj] : [Wnglj]\n      [iXi|]\n"));
+namespace {
+
+/// Compares every editable chunk as it is painted with the editor on it.
+void ExpectEditorOnPaintedText(const QString& ARows) {
+    TTextView text(ARows, {600, 200});
     text.View.SetFontColor(Qt::black);
     text.View.SetColor(Qt::white);
     text.View.SetSelectedColor(Qt::white);
     QPalette colors = text.View.palette();
     colors.setColor(QPalette::Button, Qt::white);
     text.View.setPalette(colors);
-    for (const auto& [row, chunkId] : {std::pair(0, 1), std::pair(0, 3), std::pair(1, 1)}) {
-        text.View.SelectRow(nullptr, seHide);
-        const QRect area = text.Row(row)->Layout()->Bounds();
-        const QImage painted = text.View.grab(area).toImage();
-        const QRect chunk = text.Row(row)->Layout()->GetChunks(chunkId - 1)->Bounds();
-        text.View.SelectRow(text.Row(row), chunkId == 1 ? seFirstChunk : seLastChunk);
-        text.View.Editor()->deselect();
-        text.View.setFocus();
-        text.View.Editor()->clearFocus();
-        const QImage edited = text.View.grab(area).toImage();
-        const QRect ink = Ink(painted, chunk, Qt::white);
-        ASSERT_FALSE(ink.isEmpty());
-        EXPECT_EQ(Ink(edited, chunk, Qt::white), ink);
-        EXPECT_EQ(painted.copy(chunk), edited.copy(chunk)) << row << " " << chunkId;
+    for (int row = 0; row < text.View.GetRowCount(); ++row) {
+        for (const bool last : {false, true}) {
+            text.View.SelectRow(nullptr, seHide);
+            const TZOViewRowLayout* layout = text.Row(row)->Layout();
+            const QRect area = layout->Bounds();
+            const QImage painted = text.View.grab(area).toImage();
+            const QRect chunk = layout->GetChunks(last ? layout->GetChunkCount() - 1 : 0)->Bounds();
+            text.View.SelectRow(text.Row(row), last ? seLastChunk : seFirstChunk);
+            text.View.Editor()->deselect();
+            text.View.setFocus();
+            text.View.Editor()->clearFocus();
+            const QImage edited = text.View.grab(area).toImage();
+            const QRect ink = Ink(painted, chunk, Qt::white);
+            ASSERT_FALSE(ink.isEmpty());
+            EXPECT_EQ(Ink(edited, chunk, Qt::white), ink);
+            EXPECT_EQ(painted.copy(chunk), edited.copy(chunk)) << row << " " << last;
+        }
     }
+}
+
+} // namespace
+
+TEST(Editing, PutsTheEditorsTextExactlyOnThePaintedOne) {
+    ExpectEditorOnPaintedText(QStringLiteral("  [Wnglj] : [Wnglj]\n      [iXi|]\n"));
+}
+
+TEST(Editing, PutsRightToLeftTextExactlyOnThePaintedOne) {
+    ExpectEditorOnPaintedText(QStringLiteral("  [שלום] : [שלום עולם]\n  [مرحبا 123] : [abc مرحبا def]\n"));
+}
+
+TEST(Editing, PutsEmojiExactlyOnThePaintedOnes) {
+    ExpectEditorOnPaintedText(QStringLiteral("  [😀 ok] : [👩‍👩‍👧 e\u0301]\n"));
 }

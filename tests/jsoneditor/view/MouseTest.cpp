@@ -130,3 +130,60 @@ TEST(Mouse, OpensTheViewsMenuFromTheEditorToo) {
     EXPECT_FALSE(enabled.contains(QStringLiteral("Undo")));
     menu->close();
 }
+
+TEST(Mouse, HasClipboardAndRowCommandsWithTheirKeysInItsMenu) {
+    TTextView text(Three);
+    text.View.SelectRow(text.Row(0), seFirstChunk);
+    QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(2, 2), text.View.mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(&text.View, &menuEvent);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QStringList captions;
+    for (const QAction* action : menu->actions()) {
+        if (!action->isSeparator())
+            captions.append(action->text() + QLatin1Char(' ') + action->shortcut().toString());
+    }
+    EXPECT_EQ(captions.join(QStringLiteral(", ")),
+              QStringLiteral("Undo Ctrl+Z, Cut Ctrl+X, Copy Ctrl+C, Paste Ctrl+V, Select All Ctrl+A, "
+                             "Insert Row Ins, Delete Row Ctrl+Del"));
+    menu->close();
+}
+
+TEST(Mouse, GivesTheRowCommandsOfItsMenuToTheSource) {
+    TTextView text(Three);
+    text.View.SelectRow(text.Row(1), seHide);
+    const auto choose = [&](const char* ACaption) {
+        QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(2, 2),
+                                    text.View.mapToGlobal(QPoint(2, 2)));
+        QApplication::sendEvent(&text.View, &menuEvent);
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (QAction* action : menu->actions()) {
+            if (action->text() == QLatin1String(ACaption))
+                QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                                  menu->actionGeometry(action).center());
+        }
+    };
+    choose("Insert Row");
+    choose("Delete Row");
+    EXPECT_EQ(text.Source.Keys, (std::vector<int>{Qt::Key_Insert, Qt::Key_Delete}));
+}
+
+TEST(Mouse, OpensTheMenuOfTheKeyboardBelowTheSelectedRow) {
+    TTextView text(Three);
+    text.View.SelectRow(text.Row(1), seHide);
+    QContextMenuEvent menuEvent(QContextMenuEvent::Keyboard, QPoint(300, 250),
+                                text.View.mapToGlobal(QPoint(300, 250)));
+    QApplication::sendEvent(&text.View, &menuEvent);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->pos(), text.View.mapToGlobal(QPoint(0, 2 * text.View.RowHeight())));
+    menu->close();
+}
+
+TEST(Mouse, OffersNoNewRowWhereNoneIsSelected) {
+    TTextView text(Three);
+    EXPECT_FALSE(text.View.CanInsertRow());
+    text.View.SelectRow(text.Row(0), seHide);
+    EXPECT_TRUE(text.View.CanInsertRow());
+}
