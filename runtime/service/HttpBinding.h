@@ -20,13 +20,13 @@ enum TZOParamPlace {
 /// How a property's value is written at its place; the styles of OpenAPI parameters.
 enum TZOParamStyle {
     psDefault,        ///< ppPath and ppHeader: psSimple; all others: psForm
-    psSimple,         ///< a,b or k,v or k=v exploded
-    psForm,           ///< n=a,b or n=a&n=b exploded
-    psLabel,          ///< .a.b
-    psMatrix,         ///< ;n=a,b or ;n=a;n=b exploded
-    psSpaceDelimited, ///< n=a%20b
-    psPipeDelimited,  ///< n=a|b
-    psDeepObject,     ///< n[k]=v
+    psSimple,         ///< a,b and k,v; exploded a,b and k=v
+    psForm,           ///< n=a,b and n=k,v; exploded n=a&n=b and k=v
+    psLabel,          ///< .a,b and .k,v; exploded .a.b and .k=v
+    psMatrix,         ///< ;n=a,b and ;n=k,v; exploded ;n=a;n=b and ;k=v
+    psSpaceDelimited, ///< n=a%20b; exploded as psForm
+    psPipeDelimited,  ///< n=a%7Cb; exploded as psForm
+    psDeepObject,     ///< n[k]=v, at any depth; exploded or not
     psJson            ///< the value as JSON text
 };
 
@@ -36,7 +36,7 @@ struct TZOParamBinding {
     TZOParamPlace Place = ppQuery;
     QByteArray WireName; ///< name on the wire; empty: the property's
     TZOParamStyle Style = psDefault;
-    bool Explode = true;    ///< entries apart; psSimple, psLabel and psMatrix join with "," when false
+    bool Explode = true;    ///< entries apart
     QByteArray ContentType; ///< of a form part or body; empty leaves the choice to the runtime
 };
 

@@ -5,27 +5,38 @@
 
 #include "runtime/types/ValueHolder.h"
 
+struct TZOHttpResponse;
+
 /// Binds a service instance to an operation's request type and holds the request value.
 class ZORequest {
 public:
     /// AService must outlive the request. AOperation is the Request type of one of its operations; any
     /// other raises EInvalidCast. The value starts as an object without properties.
     ZORequest(TZORestService* AService, const TZOTypeInfo* AOperation);
+    ZORequest(ZORequest&&) noexcept;
+    ZORequest& operator=(ZORequest&&) noexcept;
+    ~ZORequest();
 
     const TZOTypeInfo* Type() const;
-    /// Storage of the request value: the reference to its object. The reference is null while the value
-    /// is absent; then the request is sent without any property.
+    /// Storage of the request value: the reference to its object, in a place that stays the same while the
+    /// request is moved. The reference is null while the value is absent; then the request is sent without
+    /// any property.
     void* Data();
 
     /// Sends the request on the calling thread and stores the decoded response in AResponse, a holder of
-    /// the operation's response type. A download is written to the stream that AResponse already carries.
-    /// Raises one of runtime/types/Failures.h; AResponse is absent then (a download keeps its stream).
+    /// the operation's response type. An answer without content makes it absent. A download is written to
+    /// the stream that AResponse already carries. Raises one of runtime/types/Failures.h; AResponse is
+    /// absent then (a download keeps its stream).
     void ExecRequest(TZOValueHolder* AResponse);
-    /// The same for an operation without response data.
+    /// The same for an operation without response data; what the server sends all the same is dropped.
     void ExecRequest();
 
 private:
+    struct TValue;
+
+    TZOHttpResponse Send(QIODevice* ADestination);
+
     TZORestService* FService;
     POper FOper;
-    std::unique_ptr<TZOValueHolder> FValue;
+    std::unique_ptr<TValue> FValue;
 };

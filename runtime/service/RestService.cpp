@@ -8,16 +8,6 @@
 
 #include <algorithm>
 
-namespace {
-
-/// Counts as configured, and is never sent: the service needs no credentials.
-const QString& NoKeyNeeded() {
-    static const QString text = QStringLiteral("none needed");
-    return text;
-}
-
-} // namespace
-
 TZORestService::TZORestService(const TZORestServiceClass* AClass, QObject* AOwner)
     : QObject(AOwner), FClass(AClass), FServerUrl(TypeInfo()->BaseUrl()) {
     const auto& schemes = TypeInfo()->Schemes();
@@ -26,6 +16,11 @@ TZORestService::TZORestService(const TZORestServiceClass* AClass, QObject* AOwne
     if (std::any_of(schemes.begin(), schemes.end(), [](const auto& s) { return s.Kind == skOAuth2; }))
         FRedirectUrl = QStringLiteral("http://127.0.0.1/callback");
     SetDefaultScopes();
+}
+
+const QString& TZORestService::NoKeyNeeded() {
+    static const QString text = QStringLiteral("none needed");
+    return text;
 }
 
 TZORestService::~TZORestService() { FFreeNotifier.AnnounceRemoval(this); }

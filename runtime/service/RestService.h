@@ -35,6 +35,9 @@ public:
     /// Announces the removal to the listeners of FreeNotifier first, while the service is still whole.
     ~TZORestService() override;
 
+    /// The API key of a service that needs no credentials: counts as configured, and is never sent.
+    static const QString& NoKeyNeeded();
+
     const TZORestServiceClass* Class() const noexcept { return FClass; }
     const TTypeInfo* TypeInfo() const;
     /// Called after a component has been read from a form.

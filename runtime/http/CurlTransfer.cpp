@@ -1,0 +1,307 @@
+#include "runtime/http/CurlTransfer_p.h"
+
+#include "runtime/http/CurlFailure_p.h"
+
+#include "runtime/types/Failures.h"
+
+#include <QFile>
+#include <QFileDevice>
+
+namespace {
+
+constexpr int WaitMs = 25;
+/// The transport hands over 16 KiB at a time; a destination is better served with more.
+constexpr qsizetype PendingBytes = 256 * 1024;
+constexpr long StreamBufferBytes = 256 * 1024;
+/// Enough to read what a server says about a failure.
+constexpr qint64 MaxErrorBodyBytes = 64 * 1024;
+constexpr qint64 MaxHeaderBytes = 1024 * 1024;
+constexpr qint64 MaxReservedBytes = 64 * 1024 * 1024;
+
+QString SizeText(qint64 ABytes) {
+    return ABytes >= 1024 * 1024 ? QStringLiteral("%1 MiB").arg(ABytes / (1024 * 1024))
+                                 : QStringLiteral("%1 bytes").arg(ABytes);
+}
+
+bool TakesBody(const QByteArray& AMethod) {
+    return AMethod == "POST" || AMethod == "PUT" || AMethod == "PATCH";
+}
+
+} // namespace
+
+TZOCurlTransfer::TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchange& AExchange)
+    : FMulti(AMulti), FEasy(AEasy), FExchange(AExchange) {
+    curl_easy_reset(FEasy);
+    SetUpConnection();
+    SetUpHeaders();
+    SetUpBody();
+    SetUpCallbacks();
+}
+
+TZOCurlTransfer::~TZOCurlTransfer() {
+    curl_multi_remove_handle(FMulti, FEasy);
+    // The handle outlives everything that it was told of.
+    curl_easy_reset(FEasy);
+}
+
+void TZOCurlTransfer::SetUpConnection() {
+    curl_easy_setopt(FEasy, CURLOPT_CURLU, FExchange.Url->Handle());
+    curl_easy_setopt(FEasy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(FEasy, CURLOPT_PATH_AS_IS, 1L);
+    curl_easy_setopt(FEasy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(FEasy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(FExchange.Limits->ConnectTimeoutMs));
+    curl_easy_setopt(FEasy, CURLOPT_ERRORBUFFER, FErrorText);
+    curl_easy_setopt(FEasy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    if (FExchange.Url->IsLoopback())
+        curl_easy_setopt(FEasy, CURLOPT_PROXY, "");
+    if (!FExchange.CaFile.isEmpty()) {
+        curl_easy_setopt(FEasy, CURLOPT_CAINFO, QFile::encodeName(FExchange.CaFile).constData());
+        curl_easy_setopt(FEasy, CURLOPT_CAPATH, nullptr);
+    }
+    if (FExchange.Source || FExchange.Destination) {
+        curl_easy_setopt(FEasy, CURLOPT_BUFFERSIZE, StreamBufferBytes);
+        curl_easy_setopt(FEasy, CURLOPT_UPLOAD_BUFFERSIZE, StreamBufferBytes);
+    }
+}
+
+void TZOCurlTransfer::SetUpHeaders() {
+    curl_easy_setopt(FEasy, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(FEasy, CURLOPT_USERAGENT, "ZO-Bridgework");
+    const auto append = [this](const QByteArray& ALine) {
+        FHeaderList.reset(curl_slist_append(FHeaderList.release(), ALine.constData()));
+    };
+    for (const TZOHttpHeader& header : FExchange.Headers)
+        append(header.Value.isEmpty() ? header.Name + ';' : header.Name + ": " + header.Value);
+    const bool hasBody = FExchange.Body && FExchange.Body->Kind != bkNone;
+    const QByteArray type = !hasBody           ? QByteArray()
+                            : FExchange.Source ? FExchange.Source->ContentType()
+                                               : FExchange.Body->ContentType;
+    // Without this line the transport would claim that every body is a form.
+    append(type.isEmpty() ? QByteArray("Content-Type:") : "Content-Type: " + type);
+    curl_easy_setopt(FEasy, CURLOPT_HTTPHEADER, FHeaderList.get());
+}
+
+void TZOCurlTransfer::SetUpBody() {
+    const QByteArray& method = FExchange.Method;
+    if (FExchange.Source) {
+        FExchange.Source->Rewind();
+        curl_easy_setopt(FEasy, CURLOPT_UPLOAD, 1L);
+        curl_easy_setopt(FEasy, CURLOPT_INFILESIZE_LARGE, curl_off_t(FExchange.Source->Size()));
+        curl_easy_setopt(FEasy, CURLOPT_READFUNCTION, &TZOCurlTransfer::OnRead);
+        curl_easy_setopt(FEasy, CURLOPT_READDATA, this);
+        curl_easy_setopt(FEasy, CURLOPT_SEEKFUNCTION, &TZOCurlTransfer::OnSeek);
+        curl_easy_setopt(FEasy, CURLOPT_SEEKDATA, this);
+    } else if ((FExchange.Body && FExchange.Body->Kind == bkBytes) || TakesBody(method)) {
+        const QByteArray content = FExchange.Body ? FExchange.Body->Content : QByteArray();
+        curl_easy_setopt(FEasy, CURLOPT_POST, 1L);
+        curl_easy_setopt(FEasy, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(content.size()));
+        // The bytes are not copied: the exchange outlives the transfer.
+        curl_easy_setopt(FEasy, CURLOPT_POSTFIELDS, content.isEmpty() ? "" : content.constData());
+    } else if (method == "HEAD") {
+        curl_easy_setopt(FEasy, CURLOPT_NOBODY, 1L);
+    }
+    curl_easy_setopt(FEasy, CURLOPT_CUSTOMREQUEST, method.constData());
+}
+
+void TZOCurlTransfer::SetUpCallbacks() {
+    curl_easy_setopt(FEasy, CURLOPT_HEADERFUNCTION, &TZOCurlTransfer::OnHeader);
+    curl_easy_setopt(FEasy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(FEasy, CURLOPT_WRITEFUNCTION, &TZOCurlTransfer::OnBody);
+    curl_easy_setopt(FEasy, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(FEasy, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(FEasy, CURLOPT_XFERINFOFUNCTION, &TZOCurlTransfer::OnProgress);
+    curl_easy_setopt(FEasy, CURLOPT_XFERINFODATA, this);
+    curl_easy_setopt(FEasy, CURLOPT_PREREQFUNCTION, &TZOCurlTransfer::OnConnected);
+    curl_easy_setopt(FEasy, CURLOPT_PREREQDATA, this);
+}
+
+TZOHttpResponse TZOCurlTransfer::Run() {
+    curl_multi_add_handle(FMulti, FEasy);
+    const CURLcode code = Drive();
+    if (FFailure)
+        std::rethrow_exception(FFailure);
+    if (!IsAnswerUsable(code))
+        Fail(code);
+    FinishDestination();
+    return std::move(FResponse);
+}
+
+bool TZOCurlTransfer::IsAnswerUsable(CURLcode ACode) const {
+    // A server may refuse a body before it has read all of it, and say why.
+    const bool isRefusal = ACode == CURLE_SEND_ERROR && FResponse.Status >= 300;
+    return ACode == CURLE_OK || FIsErrorBodyFull || isRefusal;
+}
+
+CURLcode TZOCurlTransfer::Drive() {
+    TClock::time_point lastIdle = TClock::now();
+    FLastActivity = lastIdle;
+    int running = 1;
+    for (;;) {
+        if (curl_multi_perform(FMulti, &running) != CURLM_OK)
+            return CURLE_FAILED_INIT;
+        if (running == 0)
+            break;
+        CheckSilence();
+        curl_multi_poll(FMulti, nullptr, 0, WaitMs, nullptr);
+        CheckIdle(lastIdle);
+    }
+    int left = 0;
+    const CURLMsg* message = curl_multi_info_read(FMulti, &left);
+    return message ? message->data.result : CURLE_FAILED_INIT;
+}
+
+void TZOCurlTransfer::CheckSilence() const {
+    const auto limit = std::chrono::milliseconds(FExchange.Limits->StallTimeoutMs);
+    if (FIsConnected && TClock::now() - FLastActivity > limit)
+        throw EZOTimeoutError(
+            QStringLiteral("%1 was silent for %2.")
+                .arg(FExchange.Url->Place(), SecondsText(FExchange.Limits->StallTimeoutMs)));
+}
+
+void TZOCurlTransfer::CheckIdle(TClock::time_point& ALast) const {
+    const TClock::time_point now = TClock::now();
+    if (!*FExchange.Idle || now - ALast < std::chrono::milliseconds(WaitMs))
+        return;
+    ALast = now;
+    if (!(*FExchange.Idle)(FSent, FReceived))
+        throw EZOCancelledError(QStringLiteral("The request was cancelled."));
+}
+
+void TZOCurlTransfer::Fail(CURLcode ACode) {
+    RaiseCurlFailure({FEasy, ACode, FExchange.Url->Place(), QString::fromUtf8(FErrorText), FExchange.CaFile,
+                      FExchange.Limits->ConnectTimeoutMs});
+}
+
+bool TZOCurlTransfer::IsForDestination() const {
+    return FExchange.Destination && FResponse.Status / 100 == 2;
+}
+
+void TZOCurlTransfer::TakeHeaderLine(const QByteArray& ALine) {
+    FHeaderBytes += ALine.size();
+    if (FHeaderBytes > MaxHeaderBytes)
+        throw EZOResponseTooLargeError(QStringLiteral("The headers that %1 answers with are larger than %2.")
+                                           .arg(FExchange.Url->Place(), SizeText(MaxHeaderBytes)));
+    const QByteArray line = ALine.trimmed();
+    if (line.startsWith("HTTP/")) {
+        const QList<QByteArray> words = line.split(' ');
+        FResponse.Headers.clear();
+        FResponse.Status = words.value(1).toInt();
+        FResponse.Reason = words.mid(2).join(' ');
+    } else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
+        FResponse.Headers.append({line.left(colon).trimmed(), line.mid(colon + 1).trimmed()});
+    }
+}
+
+bool TZOCurlTransfer::TakeBody(const char* AData, qint64 ASize) {
+    if (!IsForDestination())
+        return TakeIntoMemory(AData, ASize);
+    FPending.append(AData, ASize);
+    if (FPending.size() >= PendingBytes)
+        WritePending();
+    return true;
+}
+
+bool TZOCurlTransfer::TakeIntoMemory(const char* AData, qint64 ASize) {
+    QByteArray& body = FResponse.Body;
+    if (FResponse.Status / 100 != 2) {
+        body.append(AData, qMin(ASize, MaxErrorBodyBytes - body.size()));
+        FIsErrorBodyFull = body.size() == MaxErrorBodyBytes;
+        return !FIsErrorBodyFull;
+    }
+    const qint64 limit = FExchange.Limits->MaxBodyBytes;
+    if (body.size() + ASize > limit)
+        throw EZOResponseTooLargeError(QStringLiteral("The answer of %1 is larger than %2.")
+                                           .arg(FExchange.Url->Place(), SizeText(limit)));
+    if (body.isEmpty())
+        body.reserve(qMin(qMin(limit, MaxReservedBytes), FResponse.Header("Content-Length").toLongLong()));
+    body.append(AData, ASize);
+    return true;
+}
+
+void TZOCurlTransfer::WritePending() {
+    qint64 done = 0;
+    while (done < FPending.size()) {
+        const qint64 count =
+            FExchange.Destination->write(FPending.constData() + done, FPending.size() - done);
+        if (count <= 0)
+            throw EZODownloadError(QStringLiteral("The response could not be written: %1")
+                                       .arg(FExchange.Destination->errorString()));
+        done += count;
+    }
+    FResponse.DestinationBytes += done;
+    FPending.resize(0);
+}
+
+void TZOCurlTransfer::FinishDestination() {
+    if (!IsForDestination())
+        return;
+    WritePending();
+    auto* file = qobject_cast<QFileDevice*>(FExchange.Destination);
+    if (file && !file->flush())
+        throw EZODownloadError(
+            QStringLiteral("The response could not be written: %1").arg(file->errorString()));
+}
+
+template <class TCall>
+bool TZOCurlTransfer::Guarded(TCall ACall) noexcept {
+    try {
+        FLastActivity = TClock::now();
+        return ACall();
+    } catch (...) {
+        FFailure = std::current_exception();
+        return false;
+    }
+}
+
+std::size_t TZOCurlTransfer::OnHeader(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    const auto size = ASize * ACount;
+    const bool isTaken = self->Guarded([&] {
+        self->TakeHeaderLine(QByteArray(AData, static_cast<qsizetype>(size)));
+        return true;
+    });
+    return isTaken ? size : 0;
+}
+
+std::size_t TZOCurlTransfer::OnBody(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    const auto size = ASize * ACount;
+    return self->Guarded([&] { return self->TakeBody(AData, static_cast<qint64>(size)); }) ? size : 0;
+}
+
+std::size_t TZOCurlTransfer::OnRead(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    qint64 count = 0;
+    const bool isRead = self->Guarded([&] {
+        count = self->FExchange.Source->Read(AData, static_cast<qint64>(ASize * ACount));
+        return true;
+    });
+    return isRead ? static_cast<std::size_t>(count) : CURL_READFUNC_ABORT;
+}
+
+int TZOCurlTransfer::OnSeek(void* ASelf, curl_off_t AOffset, int AOrigin) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    if (AOffset != 0 || AOrigin != SEEK_SET)
+        return CURL_SEEKFUNC_FAIL;
+    const bool isRewound = self->Guarded([&] {
+        self->FExchange.Source->Rewind();
+        return true;
+    });
+    return isRewound ? CURL_SEEKFUNC_OK : CURL_SEEKFUNC_FAIL;
+}
+
+int TZOCurlTransfer::OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, curl_off_t, curl_off_t ASent) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    if (AReceived != self->FReceived || ASent != self->FSent)
+        self->FLastActivity = TClock::now();
+    self->FReceived = AReceived;
+    self->FSent = ASent;
+    return 0;
+}
+
+int TZOCurlTransfer::OnConnected(void* ASelf, char*, char*, int, int) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    self->FIsConnected = true;
+    self->FLastActivity = TClock::now();
+    return CURL_PREREQFUNC_OK;
+}

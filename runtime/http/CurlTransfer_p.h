@@ -1,0 +1,85 @@
+// One exchange with one server: a request goes out, an answer comes in, no redirect is followed.
+#pragma once
+
+#include "runtime/http/HttpBodySource_p.h"
+#include "runtime/http/HttpClient.h"
+#include "runtime/http/HttpUrl_p.h"
+
+#include <chrono>
+#include <exception>
+
+#include <curl/curl.h>
+
+/// What is sent and where the answer goes; everything is borrowed.
+struct TZOHttpExchange {
+    QByteArray Method;
+    const TZOHttpUrl* Url = nullptr;
+    QList<TZOHttpHeader> Headers;
+    const TZOHttpBody* Body = nullptr;   ///< null: none
+    TZOHttpBodySource* Source = nullptr; ///< of a body that is streamed
+    QIODevice* Destination = nullptr;
+    const TZOHttpClient::TLimits* Limits = nullptr;
+    const TZOHttpClient::TIdle* Idle = nullptr;
+    QString CaFile;
+};
+
+class TZOCurlTransfer {
+public:
+    /// AEasy is set up anew; its connection stays with AMulti for the next exchange.
+    TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchange& AExchange);
+    TZOCurlTransfer(const TZOCurlTransfer&) = delete;
+    TZOCurlTransfer& operator=(const TZOCurlTransfer&) = delete;
+    ~TZOCurlTransfer();
+
+    /// Raises the failures of runtime/types/Failures.h. FinalUrl and TotalMicros are the caller's to fill.
+    TZOHttpResponse Run();
+
+private:
+    using TClock = std::chrono::steady_clock;
+
+    void SetUpConnection();
+    void SetUpHeaders();
+    void SetUpBody();
+    void SetUpCallbacks();
+    CURLcode Drive();
+    void CheckSilence() const;
+    void CheckIdle(TClock::time_point& ALast) const;
+    [[noreturn]] void Fail(CURLcode ACode);
+    void FinishDestination();
+    void TakeHeaderLine(const QByteArray& ALine);
+    bool TakeBody(const char* AData, qint64 ASize);
+    bool TakeIntoMemory(const char* AData, qint64 ASize);
+    void WritePending();
+    bool IsForDestination() const;
+    bool IsAnswerUsable(CURLcode ACode) const;
+
+    /// Runs ACall for a callback of the C library, through which no exception may pass.
+    template <class TCall>
+    bool Guarded(TCall ACall) noexcept;
+
+    static std::size_t OnHeader(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf);
+    static std::size_t OnBody(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf);
+    static std::size_t OnRead(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf);
+    static int OnSeek(void* ASelf, curl_off_t AOffset, int AOrigin);
+    static int OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, curl_off_t, curl_off_t ASent);
+    static int OnConnected(void* ASelf, char*, char*, int, int);
+
+    struct TFreeList {
+        void operator()(curl_slist* AList) const { curl_slist_free_all(AList); }
+    };
+
+    CURLM* FMulti;
+    CURL* FEasy;
+    const TZOHttpExchange& FExchange;
+    std::unique_ptr<curl_slist, TFreeList> FHeaderList;
+    TZOHttpResponse FResponse;
+    QByteArray FPending; ///< on its way to the destination
+    qint64 FHeaderBytes = 0;
+    qint64 FSent = 0;
+    qint64 FReceived = 0;
+    bool FIsConnected = false;
+    bool FIsErrorBodyFull = false;
+    TClock::time_point FLastActivity;
+    std::exception_ptr FFailure;
+    char FErrorText[CURL_ERROR_SIZE] = "";
+};

@@ -1,0 +1,118 @@
+#include "runtime/service/Request.h"
+
+#include "runtime/service/Credentials_p.h"
+#include "runtime/service/RequestBuilder_p.h"
+#include "runtime/service/ResponseText_p.h"
+
+#include "runtime/http/HttpClient.h"
+#include "runtime/json/JsonCodec.h"
+#include "runtime/types/Streams.h"
+
+namespace {
+
+bool IsText(const QByteArray& AMediaType) {
+    return AMediaType.startsWith("text/") || AMediaType.endsWith("/xml") || AMediaType.endsWith("+xml") ||
+           AMediaType.endsWith("yaml") || AMediaType == "application/x-www-form-urlencoded";
+}
+
+bool IsJsonType(const QByteArray& AMediaType) {
+    return AMediaType == "application/json" || AMediaType == "text/json" || AMediaType.endsWith("+json");
+}
+
+void StoreText(const TZOHttpResponse& AAnswer, TZOValueHolder& AHolder) {
+    const auto text = ResponseText::BodyText(AAnswer);
+    if (!text)
+        throw EZOContentTypeError(QStringLiteral("The server answered with %1 that is no text.")
+                                      .arg(QString::fromUtf8(ResponseText::MediaType(AAnswer))));
+    void* ref = nullptr;
+    if (AHolder.SetValue(true, ref))
+        *static_cast<QString*>(ref) = *text;
+}
+
+/// JSON in another encoding than UTF-8, or after a byte order mark, still has to be read.
+QByteArray JsonUtf8(const TZOHttpResponse& AAnswer) {
+    const bool isPlain = !AAnswer.Header("Content-Type").toLower().contains("charset=") &&
+                         !AAnswer.Body.startsWith("\xEF\xBB\xBF");
+    const auto text = isPlain ? std::nullopt : ResponseText::BodyText(AAnswer);
+    return text ? text->toUtf8() : AAnswer.Body;
+}
+
+void StoreJson(const TZOHttpResponse& AAnswer, TZOValueHolder& AHolder) {
+    const QByteArray type = ResponseText::MediaType(AAnswer);
+    try {
+        TZOJson::Decode(JsonUtf8(AAnswer), AHolder);
+    } catch (const EZOJsonError& error) {
+        if (IsJsonType(type))
+            throw;
+        const QString named =
+            type.isEmpty() ? QStringLiteral("does not say what its answer is")
+                           : QStringLiteral("calls its answer \"%1\", not JSON").arg(QString::fromUtf8(type));
+        throw EZOJsonError(error.Message() + QStringLiteral("\nThe server ") + named + QLatin1Char('.'));
+    }
+}
+
+void StoreAnswer(const TZOHttpResponse& AAnswer, TZOValueHolder& AHolder) {
+    if (AAnswer.Body.isEmpty())
+        AHolder.Clear();
+    else if (AHolder.Type()->Kind() == vkString && IsText(ResponseText::MediaType(AAnswer)))
+        StoreText(AAnswer, AHolder);
+    else
+        StoreJson(AAnswer, AHolder);
+}
+
+QIODevice* DestinationOf(TZOValueHolder& AResponse) {
+    void* ref = nullptr;
+    const auto* download = AResponse.GetValue(ref) ? static_cast<const ZODownload*>(ref) : nullptr;
+    if (!download || !download->GetStream())
+        throw EZODownloadError(QStringLiteral("There is no file to write the download to."));
+    return download->GetStream();
+}
+
+} // namespace
+
+struct ZORequest::TValue {
+    explicit TValue(const ZOObject::TTypeInfo* AType) : Object(AType->CreateInstance().release()) {}
+    TValue(const TValue&) = delete;
+    TValue& operator=(const TValue&) = delete;
+    ~TValue() { delete Object; }
+
+    // Owned, but open to be replaced by whoever edits the value through its storage.
+    ZOObject* Object;
+};
+
+ZORequest::ZORequest(TZORestService* AService, const TZOTypeInfo* AOperation)
+    : FService(AService), FOper(AService->TypeInfo()->FindOper(AOperation)) {
+    if (!FOper)
+        throw EInvalidCast(QStringLiteral("The type is not the request of an operation of %1.")
+                               .arg(AService->Class()->ClassName()));
+    FValue = std::make_unique<TValue>(FOper->Request);
+}
+
+ZORequest::ZORequest(ZORequest&&) noexcept = default;
+ZORequest& ZORequest::operator=(ZORequest&&) noexcept = default;
+ZORequest::~ZORequest() = default;
+
+const TZOTypeInfo* ZORequest::Type() const { return FOper->Request; }
+
+void* ZORequest::Data() { return &FValue->Object; }
+
+TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
+    TZOHttpRequest request = TZORequestBuilder(*FOper, FValue->Object).Build(FService->ServerUrl());
+    Credentials::Apply(*FService, *FOper, request);
+    request.Destination = ADestination;
+    TZOHttpResponse answer = FService->HttpClient().Execute(request);
+    if (answer.Status / 100 != 2)
+        throw EZOHttpStatusError(ResponseText::Failure(answer));
+    return answer;
+}
+
+void ZORequest::ExecRequest(TZOValueHolder* AResponse) {
+    if (AResponse->Type()->Kind() == vkDownload) {
+        Send(DestinationOf(*AResponse));
+        return;
+    }
+    AResponse->Clear();
+    StoreAnswer(Send(nullptr), *AResponse);
+}
+
+void ZORequest::ExecRequest() { Send(nullptr); }

@@ -1,0 +1,47 @@
+// What the tests of the HTTP client share.
+#pragma once
+
+#include "tests/servers/RawServer.h"
+
+#include "runtime/http/HttpClient.h"
+#include "runtime/types/Failures.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+class THttpTest : public testing::Test {
+protected:
+    TZOHttpClient Client;
+
+    TZOHttpResponse Get(const QByteArray& AUrl) { return Client.Execute(Request("GET", AUrl)); }
+
+    static TZOHttpRequest Request(const QByteArray& AMethod, const QByteArray& AUrl) {
+        TZOHttpRequest request;
+        request.Method = AMethod;
+        request.Url = AUrl;
+        return request;
+    }
+
+    static TZOHttpRequest WithBody(const QByteArray& AMethod, const QByteArray& AUrl,
+                                   const QByteArray& AContent, const QByteArray& AType = "text/plain") {
+        TZOHttpRequest request = Request(AMethod, AUrl);
+        request.Body.Kind = bkBytes;
+        request.Body.Content = AContent;
+        request.Body.ContentType = AType;
+        return request;
+    }
+
+    /// Sends ARequest, which has to fail with a TFailure, and gives its message.
+    template <class TFailure>
+    QString FailureOf(const TZOHttpRequest& ARequest) {
+        try {
+            const TZOHttpResponse response = Client.Execute(ARequest);
+            ADD_FAILURE() << "answered with " << response.Status;
+        } catch (const TFailure& failure) {
+            return failure.Message();
+        } catch (const EException& failure) {
+            ADD_FAILURE() << failure.ClassName().toStdString() << ": " << failure.what();
+        }
+        return {};
+    }
+};
