@@ -2,8 +2,11 @@
 
 #include "ui_OperationListPage.h"
 
+#include "pages/ExecutePage.h"
+
 #include "shell/ShellFrame.h"
 
+#include "platform/ExceptionDisplay.h"
 #include "platform/Fonts.h"
 
 TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem* AItem)
@@ -21,6 +24,8 @@ TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem
     FUi->ListBox->SetSearchEdit(FUi->SearchEdit);
     setFocusProxy(FUi->ListBox);
     connect(FUi->ListBox, &TZOSearchList::SearchChanged, this, &TZOOperationListPage::UpdateView);
+    connect(FUi->ListBox, &TZOSearchList::Chosen, this,
+            [this] { GuardedCall(this, [this] { OperationSelected(); }); });
 }
 
 TZOOperationListPage::~TZOOperationListPage() = default;
@@ -51,6 +56,14 @@ void TZOOperationListPage::UpdateView() {
     FUi->ListBox->SetRows(std::move(rows));
 }
 
+void TZOOperationListPage::OperationSelected() {
+    const int index = FUi->ListBox->ItemIndex();
+    if (index < 0 || index >= static_cast<int>(FOperations.size()))
+        return;
+    const TOperationItem& item = FOperations[static_cast<std::size_t>(index)];
+    Shell()->NavigateAsync(TZOExecutePage::Make(Shell(), Service(), item.FOperation));
+}
+
 void TZOOperationListPage::DoServiceRemoved() {
     FOperations.clear();
     FUi->ListBox->SetRows({});
@@ -63,5 +76,6 @@ void TZOOperationListPage::UpdateLabelColors(TZOIdeTheming* ATheming) {
 
 void TZOOperationListPage::IdeThemeChanged(TZOIdeTheming* ATheming) {
     SetBackColor(this, ATheming->GetSystemColor(clWindow));
+    FUi->ListBox->UpdateSearchEditColor(ATheming);
     UpdateLabelColors(ATheming);
 }

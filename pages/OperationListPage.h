@@ -32,6 +32,8 @@ public:
 
     /// Lists the operations whose names match the search, in the order of their declaration.
     void UpdateView();
+    /// Opens the selected operation, if one is selected.
+    void OperationSelected();
 
 protected:
     void DoServiceRemoved() override;

@@ -2,6 +2,8 @@
 
 #include "pages/ListRowDelegate.h"
 
+#include "platform/IdeTheming.h"
+
 #include <QAbstractListModel>
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -82,6 +84,10 @@ void TZOSearchList::SetSearchEdit(QLineEdit* AEdit) {
     FSearchEdit = AEdit;
     AEdit->installEventFilter(this);
     connect(AEdit, &QLineEdit::textChanged, this, &TZOSearchList::SearchChanged);
+}
+
+void TZOSearchList::UpdateSearchEditColor(const TZOIdeTheming* ATheming) {
+    SetBackColor(FSearchEdit, ATheming->GetSystemColor(ATheming->IsDarkTheme() ? clBtnFace : clWindow));
 }
 
 void TZOSearchList::SetFonts(const QFont& AName, const QFont& ACategory) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 class QLineEdit;
+class TZOIdeTheming;
 class TZOListRowDelegate;
 
 /// A list with type-ahead: a character typed into the list replaces the text of its search edit. Escape in
@@ -29,6 +30,9 @@ public:
 
     /// AEdit must live as long as the list.
     void SetSearchEdit(QLineEdit* AEdit);
+    /// The search edit stands out from a page in the window colour, whose frame is too faint for that where
+    /// the theme is dark.
+    void UpdateSearchEditColor(const TZOIdeTheming* ATheming);
     void SetFonts(const QFont& AName, const QFont& ACategory);
     /// Replaces all rows; no row is selected then.
     void SetRows(std::vector<TRow> ARows);

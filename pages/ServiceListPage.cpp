@@ -80,4 +80,5 @@ void TZOServiceListPage::ServiceSelected() {
 
 void TZOServiceListPage::IdeThemeChanged(TZOIdeTheming* ATheming) {
     SetBackColor(this, ATheming->GetSystemColor(clWindow));
+    FUi->ListBox->UpdateSearchEditColor(ATheming);
 }
