@@ -19,7 +19,7 @@ void WriteFile(const QString& APath, const QByteArray& AContent) {
 void Open(TZOTourDriver& D, const QString& AName) {
     D.Type(AName);
     D.See(AName);
-    D.TabTo(QStringLiteral("QListView"));
+    D.TabTo(QStringLiteral("TZOSearchList"));
     D.PressUntilAt(QStringLiteral("Down"), AName);
     D.Press({QStringLiteral("Return")});
 }
@@ -53,7 +53,7 @@ void SearchAndOpen(TZOTourDriver& D) {
     D.Type(QStringLiteral("libr"));
     D.SeeNoMore(QStringLiteral("TClockService"));
     D.Picture(QStringLiteral("search"));
-    D.TabTo(QStringLiteral("QListView"));
+    D.TabTo(QStringLiteral("TZOSearchList"));
     D.PressUntilAt(QStringLiteral("Down"), QStringLiteral("TLibraryService"));
     D.Press({QStringLiteral("Return")});
     D.See(QStringLiteral("Operations"));

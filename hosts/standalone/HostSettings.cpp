@@ -1,0 +1,55 @@
+#include "hosts/standalone/HostSettings.h"
+
+#include "platform/Exceptions.h"
+#include "platform/Registry.h"
+
+namespace {
+
+const QString Key = QStringLiteral("SOFTWARE\\Orvane Labs\\ZO-Tools 2020\\Bridgework\\Explorer");
+const QString ThemeValue = QStringLiteral("Theme");
+const QString GeometryValue = QStringLiteral("Geometry");
+
+// In the order of TZOTheme.
+const QString ThemeNames[] = {QStringLiteral("light"), QStringLiteral("dark"), QStringLiteral("system")};
+
+template <class F>
+void Write(F&& AWrite) {
+    TRegistry registry;
+    registry.OpenKey(Key, true);
+    AWrite(registry);
+    registry.CloseKey();
+}
+
+// A value of a strange type is as good as none: it only says how the window looks.
+template <class F>
+auto Read(F&& ARead) -> decltype(ARead(std::declval<TRegistry&>())) {
+    try {
+        TRegistry registry;
+        if (registry.OpenKeyReadOnly(Key))
+            return ARead(registry);
+    } catch (const ERegistryException&) {
+    }
+    return {};
+}
+
+} // namespace
+
+TZOTheme HostSettings::Theme() {
+    const QString name = Read([](TRegistry& ARegistry) { return ARegistry.ReadString(ThemeValue); });
+    for (const TZOTheme theme : {thLight, thDark})
+        if (name == ThemeNames[theme])
+            return theme;
+    return thSystem;
+}
+
+void HostSettings::SetTheme(TZOTheme ATheme) {
+    Write([&](TRegistry& ARegistry) { ARegistry.WriteString(ThemeValue, ThemeNames[ATheme]); });
+}
+
+QByteArray HostSettings::Geometry() {
+    return Read([](TRegistry& ARegistry) { return ARegistry.ReadBinaryData(GeometryValue); });
+}
+
+void HostSettings::SetGeometry(const QByteArray& AGeometry) {
+    Write([&](TRegistry& ARegistry) { ARegistry.WriteBinaryData(GeometryValue, AGeometry); });
+}

@@ -1,0 +1,19 @@
+// What the window remembers from one start to the next. It stands beside the explorer's own settings.
+#pragma once
+
+#include "platform/IdeTheming.h"
+
+#include <QByteArray>
+
+namespace HostSettings {
+
+/// thSystem where none was stored.
+TZOTheme Theme();
+/// Raises ERegistryException when the settings cannot be written, as SetGeometry does.
+void SetTheme(TZOTheme ATheme);
+
+/// What QWidget::saveGeometry gave; empty where none was stored.
+QByteArray Geometry();
+void SetGeometry(const QByteArray& AGeometry);
+
+} // namespace HostSettings

@@ -1,0 +1,114 @@
+#include "hosts/standalone/AppIcon.h"
+#include "hosts/standalone/HostSettings.h"
+#include "hosts/standalone/MainWindow.h"
+#include "hosts/tour/Tour.h"
+
+#include "pages/Pages.h"
+
+#include "samples/Samples.h"
+
+#include "jsoneditor/view/DemoDataSource.h"
+#include "jsoneditor/view/RestView.h"
+
+#include "platform/ExceptionDisplay.h"
+#include "platform/Exceptions.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int BadCommandLine = 2;
+
+struct TOptions {
+    bool DemoEditor = false;
+    QString TourFolder;
+};
+
+// Ends the program where the command line is wrong or only asks for information.
+TOptions ReadCommandLine(const QCoreApplication& AApplication) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Browses REST services, fills in requests, executes them and shows the answers."));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    const QCommandLineOption demo(QStringLiteral("demo-editor"),
+                                  QStringLiteral("Shows the row editor alone, with random rows."));
+    const QCommandLineOption tour(
+        QStringLiteral("tour"),
+        QStringLiteral("Drives itself through the sample services and leaves pictures in <folder>."),
+        QStringLiteral("folder"));
+    parser.addOptions({demo, tour});
+    QString error;
+    if (!parser.parse(AApplication.arguments()))
+        error = parser.errorText();
+    else if (!parser.positionalArguments().isEmpty())
+        error = QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().front());
+    if (!error.isEmpty()) {
+        std::fprintf(stderr, "%s\nTry 'zoexplorer --help'.\n", qUtf8Printable(error));
+        std::exit(BadCommandLine);
+    }
+    if (parser.isSet(version))
+        parser.showVersion();
+    if (parser.isSet(help))
+        parser.showHelp();
+    return {parser.isSet(demo), parser.value(tour)};
+}
+
+int RunDemoEditor() {
+    TZOIdeTheming::SetTheme(HostSettings::Theme());
+    TZORestView view;
+    view.setWindowTitle(QStringLiteral("Row editor"));
+    view.resize(640, 480);
+    view.SetOwnDataSource(true);
+    view.SetDataSource(new TZODemoDataSource);
+    view.show();
+    return QApplication::exec();
+}
+
+int RunExplorer(const QString& ATourFolder) {
+    QString problem;
+    try {
+        StartSamples();
+    } catch (const std::exception& e) {
+        problem = ExceptionMessage(e);
+    }
+    StartPages();
+    int exitCode = 0;
+    {
+        TZOMainWindow window;
+        if (!problem.isEmpty())
+            window.Notify(problem);
+        window.show();
+        std::unique_ptr<TZOTour> tour;
+        if (!ATourFolder.isEmpty()) {
+            tour = std::make_unique<TZOTour>(ATourFolder);
+            tour->start();
+        }
+        exitCode = QApplication::exec();
+    }
+    StopPages();
+    StopSamples();
+    return exitCode;
+}
+
+} // namespace
+
+int main(int AArgc, char** AArgv) {
+    QApplication application(AArgc, AArgv);
+    QApplication::setApplicationName(QStringLiteral("zoexplorer"));
+    QApplication::setApplicationVersion(QStringLiteral(ZO_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("zoexplorer"));
+    QApplication::setWindowIcon(AppIcon());
+    const TOptions options = ReadCommandLine(application);
+    try {
+        return options.DemoEditor ? RunDemoEditor() : RunExplorer(options.TourFolder);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s: %s\n", qUtf8Printable(ExceptionClassName(e)),
+                     qUtf8Printable(ExceptionMessage(e)));
+        return 1;
+    }
+}
