@@ -9,25 +9,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// A device that can be read once, as a pipe can.
-class TPipe : public QIODevice {
-public:
-    explicit TPipe(const QByteArray& AContent) : FContent(AContent) { open(QIODevice::ReadOnly); }
-    bool isSequential() const override { return true; }
-
-protected:
-    qint64 readData(char* AData, qint64 ASize) override {
-        const qint64 count = qMin(ASize, FContent.size());
-        std::copy_n(FContent.constData(), count, AData);
-        FContent.remove(0, count);
-        return count > 0 ? count : -1;
-    }
-    qint64 writeData(const char*, qint64) override { return -1; }
-
-private:
-    QByteArray FContent;
-};
-
 /// A device that breaks in the middle.
 class TBrokenDevice : public QBuffer {
 public:

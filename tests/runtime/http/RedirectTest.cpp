@@ -188,12 +188,7 @@ TEST_F(TRedirect, AStreamIsSentOnceMoreFromItsStart) {
 }
 
 TEST_F(TRedirect, AStreamThatCanBeReadOnceIsAnUploadError) {
-    class TPipe : public QBuffer {
-    public:
-        bool isSequential() const override { return true; }
-    } pipe;
-    pipe.setData("once");
-    pipe.open(QIODevice::ReadOnly);
+    TPipe pipe("once");
     Status = "307";
     TZOHttpRequest request = Request("POST", Server.Url("/start"));
     request.Body = {bkStream, {}, &pipe, "text/plain", {}};
