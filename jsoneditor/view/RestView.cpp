@@ -137,9 +137,10 @@ std::vector<int> TZORestView::ExtraRows(const TZORowRange& ARange) const {
     std::vector<int> extra;
     if (!FAutoSize)
         return extra;
+    // The mouse editor stays on rows in sight, unless it is on its way to become the focused one.
     const std::initializer_list<const TZOViewRow*> kept = {FSelected,
                                                            FEditor->isHidden() ? nullptr : FEditor->Row(),
-                                                           FHover->isHidden() ? nullptr : FHover->Row()};
+                                                           FHover->hasFocus() ? FHover->Row() : nullptr};
     for (const TZOViewRow* row : kept) {
         const int index = row ? IndexOfRow(row) : FRows.GetCount();
         if (index < FRows.GetCount() && (index < ARange.First || index > ARange.Last))
