@@ -1,14 +1,16 @@
 // zobench [FILTER] [JSON FILE]
 #include "benchmarks/Table.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <benchmark/benchmark.h>
 
 #include <string>
 
 int main(int AArgc, char** AArgv) {
-    QCoreApplication application(AArgc, AArgv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(AArgc, AArgv);
     // Ours and theirs take turns, so that a change of the machine's pace meets both alike.
     char name[] = "zobench", interleave[] = "--benchmark_enable_random_interleaving=true";
     char* arguments[] = {name, interleave, nullptr};
@@ -16,5 +18,6 @@ int main(int AArgc, char** AArgv) {
     benchmark::Initialize(&count, arguments);
 
     AddJsonBenchmarks();
+    AddViewBenchmarks();
     return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");
 }

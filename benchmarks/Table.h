@@ -38,3 +38,4 @@ std::int64_t HeapInUse();
 
 /// One function a file of benchmarks: adds its tasks.
 void AddJsonBenchmarks();
+void AddViewBenchmarks();

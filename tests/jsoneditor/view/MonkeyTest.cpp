@@ -16,11 +16,8 @@
 
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr int EventCount = 15000;
-#else
+/// Of each of the two views.
 constexpr int EventCount = 50000;
-#endif
 
 /// Refuses some texts, and changes rows while it takes others.
 class TMonkeySource : public TTextSource {

@@ -1,0 +1,322 @@
+#include "benchmarks/Table.h"
+#include "benchmarks/ViewFixture.h"
+
+#include "jsoneditor/view/InplaceEditor.h"
+#include "jsoneditor/view/RestView.h"
+
+#include <QApplication>
+#include <QListView>
+#include <QScrollBar>
+#include <QTreeView>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <ctime>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+const QSize WindowSize(1000, 800);
+constexpr int WheelSteps = 200;
+constexpr int SelectSteps = 1000;
+
+void Expect(bool AHolds, const char* AWhat) {
+    if (!AHolds)
+        throw std::runtime_error(AWhat);
+}
+
+/// The processor time of this thread, in milliseconds: what other programs take meanwhile is left out.
+double Now() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
+void Flush() { QApplication::processEvents(); }
+
+/// Does it, and paints what it has changed.
+double TimeOf(const std::function<void()>& AWhat) {
+    const double start = Now();
+    AWhat();
+    Flush();
+    return Now() - start;
+}
+
+struct TSpread {
+    double Median = 0, Worst = 0;
+};
+
+/// The median and the 99th percentile of ACount runs.
+TSpread Spread(int ACount, const std::function<void(int)>& AStep) {
+    std::vector<double> times;
+    for (int i = 0; i < ACount; ++i)
+        times.push_back(TimeOf([&] { AStep(i); }));
+    std::sort(times.begin(), times.end());
+    return {times[times.size() / 2], times[times.size() * 99 / 100]};
+}
+
+double Median(int ACount, const std::function<void(int)>& AStep) { return Spread(ACount, AStep).Median; }
+
+void Wheel(QWidget* AWidget, int ADelta) {
+    const QPointF point = AWidget->rect().center();
+    QWheelEvent event(point, AWidget->mapToGlobal(point), {}, QPoint(0, ADelta), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(AWidget, &event);
+}
+
+void Key(QWidget* AWidget, int AKey, const QString& AText = {}) {
+    QKeyEvent press(QEvent::KeyPress, AKey, Qt::NoModifier, AText);
+    QApplication::sendEvent(AWidget, &press);
+    QKeyEvent release(QEvent::KeyRelease, AKey, Qt::NoModifier, AText);
+    QApplication::sendEvent(AWidget, &release);
+}
+
+/// What one view takes for one number of rows, in milliseconds.
+struct TNumbers {
+    double Fill = 0, FirstPaint = 0, JumpToEnd = 0, JumpToMiddle = 0, Keystroke = 0, SelectNext = 0;
+    double Insert = 0, Remove = 0, Move = 0, Clear = 0, BytesPerRow = 0;
+    TSpread Frame;
+};
+
+double BytesPerRow(int ACount) {
+    TZORestView view;
+    TPlainSource source(ACount);
+    const auto before = Bench::HeapInUse();
+    view.SetDataSource(&source);
+    return double(Bench::HeapInUse() - before) / ACount;
+}
+
+void MeasureScrolling(TZORestView& AView, TNumbers& ANumbers) {
+    ANumbers.Frame = Spread(WheelSteps, [&](int) { Wheel(&AView, -120); });
+    Expect(AView.YScroll() == WheelSteps * 96, "the wheel does not scroll 96 pixels a notch");
+    TZOViewRow* last = AView.GetLast();
+    const int middle = AView.GetRowCount() / 2;
+    ANumbers.JumpToEnd = Median(21, [&](int i) {
+        if (i % 2 == 0)
+            AView.ScrollTo(AView.ContentHeight());
+        else
+            AView.ScrollTo(0);
+    });
+    Expect(last->Layout(), "the last row is not shown at the end");
+    ANumbers.JumpToMiddle = Median(21, [&](int i) { AView.ScrollTo(AView.RowAt(i % 2 ? 0 : middle + i)); });
+    Expect(AView.RowAt(middle + 20)->Layout(), "a row in the middle is not shown");
+}
+
+void MeasureEditing(TZORestView& AView, TNumbers& ANumbers) {
+    const int middle = AView.GetRowCount() / 2;
+    AView.SelectRow(AView.RowAt(middle), seLastChunk);
+    Flush();
+    ANumbers.Keystroke = Median(101, [&](int i) {
+        if (i % 2)
+            Key(AView.Editor(), Qt::Key_Backspace);
+        else
+            Key(AView.Editor(), Qt::Key_X, QStringLiteral("x"));
+    });
+    Expect(AView.Editor()->text() == QStringLiteral("x"), "the text typed is another");
+    AView.CancelEditing();
+    const int first = std::max(0, AView.GetRowCount() / 2 - SelectSteps / 2);
+    AView.SelectRow(AView.RowAt(first), seHide);
+    const int steps = std::min(SelectSteps, AView.GetRowCount() - first - 1);
+    ANumbers.SelectNext =
+        Median(steps, [&](int) { Key(QApplication::focusWidget(), Qt::Key_Down); }) * SelectSteps;
+    Expect(AView.Selected() == AView.RowAt(first + steps), "another row was selected");
+    AView.SelectRow(nullptr, seHide);
+}
+
+void MeasureRows(TZORestView& AView, TPlainSource& ASource, TNumbers& ANumbers) {
+    const int count = AView.GetRowCount();
+    const int middle = count / 2;
+    AView.ScrollTo(AView.RowAt(middle));
+    Flush();
+    std::vector<TZOViewRow*> made;
+    ANumbers.Insert =
+        Median(51, [&](int) { made.push_back(ASource.InsertAfter(AView.RowAt(middle), new TZOViewRow(1))); });
+    Expect(AView.GetRowCount() == count + 51 && AView.IndexOfRow(made.back()) == middle + 1, "not inserted");
+    ANumbers.Remove = Median(51, [&](int i) { ASource.Remove(made[size_t(i)]); });
+    Expect(AView.GetRowCount() == count, "not removed");
+    const int run = std::min(1000, count / 4);
+    TZOViewRow* start = AView.RowAt(10);
+    TZOViewRow* end = AView.RowAt(10 + run - 1);
+    TZOViewRow* front = AView.GetFirst();
+    TZOViewRow* back = AView.RowAt(middle + 10);
+    ANumbers.Move = Median(21, [&](int i) { ASource.MoveRangeAfter(i % 2 ? front : back, start, end); });
+    Expect(AView.IndexOfRow(start) == middle + 10 - run + 1, "not moved");
+}
+
+TNumbers MeasureOurs(int ACount) {
+    TNumbers numbers;
+    numbers.BytesPerRow = BytesPerRow(ACount);
+    TPlainSource none(0), source(ACount);
+    TZORestView view;
+    view.resize(WindowSize);
+    view.show();
+    view.SetDataSource(&none);
+    view.setFocus();
+    Flush();
+    double start = Now();
+    view.SetDataSource(&source);
+    numbers.Fill = Now() - start;
+    Expect(view.GetRowCount() == ACount, "rows are missing");
+    numbers.FirstPaint = TimeOf([] {});
+    for (int i = 0; i < 4; ++i) {
+        view.ClearRows();
+        start = Now();
+        view.RefreshContent();
+        numbers.Fill = std::min(numbers.Fill, Now() - start);
+    }
+    Flush();
+    MeasureScrolling(view, numbers);
+    MeasureEditing(view, numbers);
+    MeasureRows(view, source, numbers);
+    numbers.Clear = TimeOf([&] { view.ClearRows(); });
+    Expect(view.GetRowCount() == 0, "not cleared");
+    view.SetDataSource(nullptr);
+    return numbers;
+}
+
+/// What the two views of Qt have in common.
+void MeasurePeer(QAbstractItemView& AView, TPlainModel& AModel, TNumbers& ANumbers) {
+    const TZORestView ours;
+    AView.setFont(ours.font());
+    AModel.RowHeight = ours.fontMetrics().height() + 12;
+    AView.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    AView.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    AView.setFrameShape(QFrame::NoFrame);
+    AView.resize(WindowSize);
+    AView.show();
+    Flush();
+    const double start = Now();
+    AView.setModel(&AModel);
+    if (auto* tree = qobject_cast<QTreeView*>(&AView)) {
+        const double expandStart = Now();
+        tree->expandAll();
+        ANumbers.Fill = Now() - expandStart;
+        for (int i = 0; i < 2; ++i) {
+            tree->collapseAll();
+            const double again = Now();
+            tree->expandAll();
+            ANumbers.Fill = std::min(ANumbers.Fill, Now() - again);
+        }
+    } else {
+        AView.doItemsLayout();
+        ANumbers.Fill = Now() - start;
+    }
+    ANumbers.FirstPaint = TimeOf([] {});
+    QScrollBar* bar = AView.verticalScrollBar();
+    bar->setSingleStep(32);
+    ANumbers.Frame = Spread(WheelSteps, [&](int) { Wheel(AView.viewport(), -120); });
+    Expect(bar->value() == WheelSteps * 96, "the peer's wheel does not scroll 96 pixels a notch");
+    ANumbers.JumpToEnd = Median(21, [&](int i) { bar->setValue(i % 2 ? 0 : bar->maximum()); });
+    ANumbers.JumpToMiddle =
+        Median(21, [&](int i) { bar->setValue(i % 2 ? 0 : bar->maximum() / 2 + i * 29); });
+    AView.setFocus();
+    AView.setCurrentIndex(AView.indexAt(QPoint(60, 400)));
+    Flush();
+    ANumbers.SelectNext = Median(300, [&](int) { Key(&AView, Qt::Key_Down); }) * SelectSteps;
+}
+
+TNumbers MeasureTree(int ACount) {
+    TNumbers numbers;
+    TPlainModel model(ACount, true);
+    QTreeView view;
+    view.setUniformRowHeights(true);
+    view.setHeaderHidden(true);
+    MeasurePeer(view, model, numbers);
+    Expect(view.model()->rowCount() == ACount / GroupSize, "the tree's rows are others");
+    const double start = Now();
+    view.setModel(nullptr);
+    numbers.Clear = Now() - start;
+    return numbers;
+}
+
+TNumbers MeasureList(int ACount) {
+    TNumbers numbers;
+    TPlainModel model(ACount, false);
+    QListView view;
+    view.setUniformItemSizes(true);
+    MeasurePeer(view, model, numbers);
+    Expect(view.model()->rowCount() == ACount, "the list's rows are others");
+    const double start = Now();
+    view.setModel(nullptr);
+    numbers.Clear = Now() - start;
+    return numbers;
+}
+
+const TNumbers& Once(std::map<int, TNumbers>& AKnown, int ACount, TNumbers (*AMeasure)(int)) {
+    const auto found = AKnown.find(ACount);
+    return found != AKnown.end() ? found->second : AKnown.emplace(ACount, AMeasure(ACount)).first->second;
+}
+
+const TNumbers& Ours(int ACount) {
+    static std::map<int, TNumbers> known;
+    return Once(known, ACount, MeasureOurs);
+}
+const TNumbers& Tree(int ACount) {
+    static std::map<int, TNumbers> known;
+    return Once(known, ACount, MeasureTree);
+}
+const TNumbers& List(int ACount) {
+    static std::map<int, TNumbers> known;
+    return Once(known, ACount, MeasureList);
+}
+
+using TPick = std::function<double(const TNumbers&)>;
+
+void AddSize(int ACount) {
+    const std::string size = ACount >= 1000000 ? std::to_string(ACount / 1000000) + ",000,000 rows"
+                                               : std::to_string(ACount / 1000) + ",000 rows";
+    const auto add = [&](const char* ATask, const char* APeer, std::optional<double> ATarget, TPick APick,
+                         const TNumbers& (*ATheirs)(int), int ATheirCount) {
+        Bench::Measure(
+            {ATask, size, APeer, ATarget}, "ms", [=] { return APick(Ours(ACount)); },
+            [=] { return APick(ATheirs(ATheirCount)); });
+    };
+    const auto limit = [&](const char* ATask, const char* APeer, const char* AUnit, double ALimit,
+                           TPick APick) {
+        Bench::Measure(
+            {ATask, size, APeer, 1.0}, AUnit, [=] { return APick(Ours(ACount)); }, [=] { return ALimit; });
+    };
+    const TPick fill = [](const TNumbers& n) { return n.Fill; };
+    const TPick paint = [](const TNumbers& n) { return n.FirstPaint; };
+    const TPick frame = [](const TNumbers& n) { return n.Frame.Median; };
+    const TPick worst = [](const TNumbers& n) { return n.Frame.Worst; };
+    const TPick end = [](const TNumbers& n) { return n.JumpToEnd; };
+    const TPick middle = [](const TNumbers& n) { return n.JumpToMiddle; };
+    const TPick key = [](const TNumbers& n) { return n.Keystroke; };
+    const TPick select = [](const TNumbers& n) { return n.SelectNext; };
+    const TPick clear = [](const TNumbers& n) { return n.Clear; };
+    add("fill the view", "QTreeView expandAll", 0.1, fill, Tree, ACount);
+    add("fill the view", "QListView", {}, fill, List, ACount);
+    add("first paint", "QTreeView", {}, paint, Tree, ACount);
+    add("first paint", "QListView", {}, paint, List, ACount);
+    add("wheel step, median", "QListView", 1.0, frame, List, ACount);
+    add("wheel step, median", "QTreeView", {}, frame, Tree, ACount);
+    add("wheel step, 99th percentile", "QListView", 1.0, worst, List, ACount);
+    add("wheel step, 99th percentile", "QTreeView", {}, worst, Tree, ACount);
+    add("select the next row 1,000 times", "QTreeView", {}, select, Tree, ACount);
+    add("select the next row 1,000 times", "QListView", {}, select, List, ACount);
+    add("jump to the end", "QListView", {}, end, List, ACount);
+    add("jump to the middle", "QListView", {}, middle, List, ACount);
+    add("clear", "QTreeView", {}, clear, Tree, ACount);
+    if (ACount > 1000) {
+        add("wheel step, median", "ours, 1,000 rows", 1.2, frame, Ours, 1000);
+        add("keystroke to repaint", "ours, 1,000 rows", 1.2, key, Ours, 1000);
+        add("select the next row 1,000 times", "ours, 1,000 rows", 1.2, select, Ours, 1000);
+    }
+    limit("jump to the end", "1 ms", "ms", 1, end);
+    limit("jump to the middle", "1 ms", "ms", 1, middle);
+    limit("insert a row in the middle", "1 ms", "ms", 1, [](const TNumbers& n) { return n.Insert; });
+    limit("remove a row in the middle", "1 ms", "ms", 1, [](const TNumbers& n) { return n.Remove; });
+    limit("move a run of 1,000 rows", "1 ms", "ms", 1, [](const TNumbers& n) { return n.Move; });
+    limit("memory per plain row", "80 bytes", "bytes", 80, [](const TNumbers& n) { return n.BytesPerRow; });
+}
+
+} // namespace
+
+void AddViewBenchmarks() {
+    for (const int count : {1000, 100000, 1000000, 4000000})
+        AddSize(count);
+}
