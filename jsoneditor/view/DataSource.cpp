@@ -41,19 +41,19 @@ void TZODataSource::Updating(const std::function<void()>& AAction) {
 
 TZOViewRow* TZODataSource::Add(TZOViewRow* ARow) {
     CheckView();
-    FView->PlaceRow(this, ARow, nullptr, false);
+    FView->PlaceRow(ARow, nullptr, false);
     return ARow;
 }
 
 TZOViewRow* TZODataSource::InsertBefore(TZOViewRow* ABefore, TZOViewRow* ARow) {
     CheckView();
-    FView->PlaceRow(this, ARow, ABefore, false);
+    FView->PlaceRow(ARow, ABefore, false);
     return ARow;
 }
 
 TZOViewRow* TZODataSource::InsertAfter(TZOViewRow* AAfter, TZOViewRow* ARow) {
     CheckView();
-    FView->PlaceRow(this, ARow, AAfter, true);
+    FView->PlaceRow(ARow, AAfter, true);
     return ARow;
 }
 

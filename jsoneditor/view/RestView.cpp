@@ -38,7 +38,7 @@ QFont DefaultFont() {
 } // namespace
 
 TZORestView::TZORestView(QWidget* AParent)
-    : QWidget(AParent), FRows([this] { UpdateView(); }), FIndex(std::make_unique<TZORowIndex>()) {
+    : QWidget(AParent), FRows([this] { RequestUpdate(); }), FIndex(std::make_unique<TZORowIndex>()) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -88,6 +88,8 @@ void TZORestView::RequestUpdate() {
 }
 
 void TZORestView::RunUpdate() {
+    const int oldScroll = FYScroll;
+    const int oldBottom = FContentHeight - FYScroll;
     {
         // Changes of size and place that the preparation causes are all covered by the layout after it.
         ++FUpdateCount;
@@ -95,13 +97,34 @@ void TZORestView::RunUpdate() {
         PrepareUpdate();
     }
     FNeedUpdate = false;
+    CarryPainted(oldScroll, oldBottom);
     LayoutRows();
-    if (std::exchange(FRepaintAll, false))
-        update();
     UpdateEditor();
     UpdateTracking();
     UpdateScrollBar();
     FAccessible->Updated();
+}
+
+void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
+    const QRect client = ClientRect();
+    const int delta = AOldScroll - FYScroll;
+    if (std::exchange(FRepaintAll, false) || qAbs(delta) >= client.height()) {
+        update();
+        return;
+    }
+    if (delta != 0) {
+        // What is painted moves along with its rows; only rows that come into sight are painted.
+        scroll(0, delta, client);
+        for (TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next())
+            layout->FBounds.translate(0, delta);
+        for (const TZOInplaceEditor* editor : {FEditor, FHover}) {
+            if (!editor->isHidden())
+                update(editor->geometry().translated(0, delta));
+        }
+    }
+    const int bottom = FContentHeight - FYScroll;
+    if (const int end = qMin(AOldBottom + delta, bottom); bottom != AOldBottom + delta)
+        update(client.adjusted(0, qMax(0, end), 0, 0));
 }
 
 void TZORestView::PrepareUpdate() {

@@ -195,7 +195,7 @@ private:
     friend class TZOViewRowLayout;
 
     // Rows
-    void PlaceRow(TZODataSource* ASource, TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter);
+    void PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter);
     void MoveRows(TZOViewRow* AAnchor, TZOViewRow* AStart, TZOViewRow* AEnd, bool AAfter);
     void ReleaseSource();
 
@@ -205,6 +205,7 @@ private:
     void RunUpdate();
     void PrepareUpdate();
     void LayoutRows();
+    void CarryPainted(int AOldScroll, int AOldBottom);
     TZORowRange RowsToLayOut() const;
     std::vector<int> ExtraRows(const TZORowRange& ARange) const;
     void PutLayout(TZOViewRow* ARow, int AIndex);

@@ -15,12 +15,16 @@ void TZORestView::SelectRow(TZOViewRow* ARow, TZOShowEditor AShowEditor) {
     Updating([&] {
         if (ARow != FEditor->Row())
             CancelEditing();
+        for (const TZOViewRow* row : {FSelected, ARow}) {
+            if (row && row->Layout())
+                update(row->Layout()->Bounds());
+        }
         FSelected = ARow;
         FEditorTask = AShowEditor;
         if (ARow)
             ScrollTo(ARow);
         UpdateEditorsColor();
-        UpdateView();
+        RequestUpdate();
     });
     FAccessible->AnnounceSelection();
 }

@@ -15,6 +15,9 @@ namespace {
 const QColor DefaultErrorColor(255, 0, 0);
 const QColor DefaultSymbolColor(0, 102, 204);
 
+/// How far ink can stand out beyond the width that text takes.
+constexpr int TextOverhang = 32;
+
 bool RunsRightToLeft(QChar AChar) {
     return AChar.direction() == QChar::DirR || AChar.direction() == QChar::DirAL;
 }
@@ -124,27 +127,35 @@ void TZORestView::paintEvent(QPaintEvent* AEvent) {
 }
 
 void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
-    const QRect& bounds = ALayout->Bounds();
-    if (bounds.isEmpty())
+    const QRect& row = ALayout->Bounds();
+    if (row.isEmpty())
         return;
+    const QColor background = FActive && ALayout->Row() == FSelected ? SelectedColor() : Color();
+    // Beyond the last chunk there is nothing that could flicker.
+    QRect bounds = row;
+    if (const int count = ALayout->GetChunkCount())
+        bounds.setRight(
+            qMin(row.right(), row.left() + ALayout->GetChunks(count - 1)->Bounds().right() + TextOverhang));
+    APainter.fillRect(row.adjusted(bounds.width(), 0, 0, 0), background);
     // Rows begin and end at whole pixels of the device, or copying the buffer would blur them.
     const QTransform toDevice = APainter.deviceTransform();
     const qreal ratio = toDevice.m11();
     const QPoint origin = toDevice.map(QPointF(bounds.topLeft())).toPoint();
     const QPoint end = toDevice.map(QPointF(bounds.bottomRight() + QPoint(1, 1))).toPoint();
     const QSize size(end.x() - origin.x(), end.y() - origin.y());
-    if (FRowBuffer.size() != size)
-        FRowBuffer = QPixmap(size);
+    // It only grows: rows are painted one after the other in their different lengths.
+    if (FRowBuffer.width() < size.width() || FRowBuffer.height() < size.height())
+        FRowBuffer = QPixmap(size.expandedTo(FRowBuffer.size()));
     FRowBuffer.setDevicePixelRatio(ratio);
-    FRowBuffer.fill(FActive && ALayout->Row() == FSelected ? SelectedColor() : Color());
     QPainter buffer(&FRowBuffer);
+    buffer.fillRect(QRect(QPoint(), bounds.size() + QSize(1, 1)), background);
     buffer.setFont(font());
     for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
         const TZORowChunk* chunk = ALayout->GetChunks(i);
         DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width());
     }
     buffer.end();
-    APainter.drawPixmap(toDevice.inverted().map(QPointF(origin)), FRowBuffer);
+    APainter.drawPixmap(toDevice.inverted().map(QPointF(origin)), FRowBuffer, QRect(QPoint(), size));
 }
 
 void TZORestView::ActiveStateChanged() {

@@ -12,6 +12,7 @@ void TZORestView::SetDataSource(TZODataSource* ASource) {
     if (FDataSource) {
         ClearRows();
         TZODataSource* old = std::exchange(FDataSource, nullptr);
+        FIndex->Source = nullptr;
         old->FView = nullptr;
         if (FOwnDataSource)
             delete old;
@@ -20,6 +21,7 @@ void TZORestView::SetDataSource(TZODataSource* ASource) {
         if (ASource->FView)
             ASource->FView->ReleaseSource();
         FDataSource = ASource;
+        FIndex->Source = ASource;
         ASource->FView = this;
     }
     RefreshContent();
@@ -28,6 +30,7 @@ void TZORestView::SetDataSource(TZODataSource* ASource) {
 void TZORestView::ReleaseSource() {
     // Also runs in the source's destructor.
     GuardedCall(this, [this] { ClearRows(); });
+    FIndex->Source = nullptr;
     if (FDataSource)
         std::exchange(FDataSource, nullptr)->FView = nullptr;
 }
@@ -80,9 +83,9 @@ void TZORestView::Updating(const std::function<void()>& AAction) {
     DoEndUpdate();
 }
 
-void TZORestView::PlaceRow(TZODataSource* ASource, TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter) {
-    if (ARow->FSource && ARow->FSource->FView && ARow->FSource->FView != this)
-        ARow->FSource->FView->RowRemoved(ARow);
+void TZORestView::PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter) {
+    if (TZODataSource* source = ARow->Source(); source && source->FView && source->FView != this)
+        source->FView->RowRemoved(ARow);
     DoBeginUpdate();
     if (ARow->List() == &FRows)
         FIndex->Removing(ARow);
@@ -93,7 +96,6 @@ void TZORestView::PlaceRow(TZODataSource* ASource, TZOViewRow* ARow, TZOViewRow*
     else
         FRows.InsertBefore(AAnchor, ARow);
     FIndex->Inserted(ARow);
-    ARow->FSource = ASource;
     DoEndUpdate();
 }
 
@@ -132,8 +134,7 @@ void TZORestView::RowRemoved(TZOViewRow* ARow) {
         FIndex->Removing(ARow);
         FRows.Remove(ARow);
     }
-    ARow->FSource = nullptr;
-    UpdateView();
+    RequestUpdate();
     // Runs in the row's destructor, so what the update raises can go no further.
     GuardedCall(this, [this] { DoEndUpdate(); });
 }

@@ -34,7 +34,7 @@ void TZORestView::SetScrollTask(std::function<int()> ATask) {
     FYScrollTask = std::move(ATask);
     if (HandleExists() && FYScrollTask && AdjustScrollOffset(FYScrollTask()) == FYScroll)
         return;
-    UpdateView();
+    RequestUpdate();
 }
 
 void TZORestView::ExposeRow() {

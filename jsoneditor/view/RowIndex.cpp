@@ -114,6 +114,7 @@ TZORowBlock* TZORowIndex::BlockFor(TZOViewRow* ARow) {
 
 TZORowBlock* TZORowIndex::AddBlock(size_t AOrdinal, TZOViewRow* AFirst) {
     auto block = std::make_unique<TZORowBlock>();
+    block->Index = this;
     block->First = AFirst;
     TZORowBlock* added = block.get();
     FBlocks.insert(FBlocks.begin() + static_cast<std::ptrdiff_t>(AOrdinal), std::move(block));

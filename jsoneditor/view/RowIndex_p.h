@@ -6,8 +6,11 @@
 #include <memory>
 #include <vector>
 
+class TZORowIndex;
+
 /// A run of neighbouring rows that are counted together.
 struct TZORowBlock {
+    const TZORowIndex* Index = nullptr;
     TZOViewRow* First = nullptr;
     int Count = 0;
     /// Its place among the blocks.
@@ -22,6 +25,9 @@ struct TZORowBlock {
 class TZORowIndex {
 public:
     static constexpr int MaxBlock = 512;
+
+    /// Whose the rows are; a row finds it through its block.
+    TZODataSource* Source = nullptr;
 
     int GetCount() const { return FCount; }
     /// GetCount() for a row that is not here.

@@ -2,13 +2,16 @@
 
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/RestView.h"
+#include "jsoneditor/view/RowIndex_p.h"
 
 TZOViewRow::TZOViewRow(int ALevel) : FLevel(ALevel) {}
 
 TZOViewRow::~TZOViewRow() {
-    if (FSource && FSource->View())
-        FSource->View()->RowRemoved(this);
+    if (TZODataSource* source = Source(); source && source->View())
+        source->View()->RowRemoved(this);
 }
+
+TZODataSource* TZOViewRow::Source() const { return FBlock ? FBlock->Index->Source : nullptr; }
 
 void TZOViewRow::SetLevel(int ALevel) {
     if (FLevel == ALevel)
@@ -17,4 +20,4 @@ void TZOViewRow::SetLevel(int ALevel) {
     Changed();
 }
 
-void TZOViewRow::Changed() { FSource->View()->InvalidateLayout(this); }
+void TZOViewRow::Changed() { Source()->View()->InvalidateLayout(this); }

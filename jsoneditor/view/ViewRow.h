@@ -18,7 +18,7 @@ public:
     virtual ~TZOViewRow();
 
     /// The source that put the row into its view, or null while it is in none.
-    TZODataSource* Source() const { return FSource; }
+    TZODataSource* Source() const;
     /// Null while the row is out of sight or has changed since the last update.
     TZOViewRowLayout* Layout() const { return FLayout; }
     int Level() const { return FLevel; }
@@ -32,12 +32,10 @@ public:
     virtual void Changed();
 
 private:
-    friend class TZODataSource;
     friend class TZORestView;
     friend class TZORowIndex;
     friend class TZOViewRowLayout;
 
-    TZODataSource* FSource = nullptr;
     TZOViewRowLayout* FLayout = nullptr;
     TZORowBlock* FBlock = nullptr;
     int FLevel;

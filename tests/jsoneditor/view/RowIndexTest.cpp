@@ -60,9 +60,10 @@ public:
 
 private:
     std::mt19937 FRandom;
+    // Rows go after the list that links them and before the index that knows them.
+    TZORowIndex FIndex;
     std::vector<std::unique_ptr<TZOViewRow>> FRows;
     TList FList;
-    TZORowIndex FIndex;
     std::vector<TZOViewRow*> FModel;
 };
 
