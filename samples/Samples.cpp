@@ -1,36 +1,48 @@
 #include "samples/Samples.h"
 
 #include "samples/ClockService.h"
+#include "samples/HttpbinService.h"
 #include "samples/LibraryService.h"
 #include "samples/SampleServer.h"
 
+#include <optional>
+
 namespace {
+
+/// A sample class that is registered, and findable by its C++ type, for as long as this lives.
+template <class TService>
+class TRegistered {
+public:
+    explicit TRegistered(std::unique_ptr<TZORestServiceClass> AClass) : FClass(std::move(AClass)) {
+        TZOTypeInfo::Register(typeid(TService), FClass->TypeInfo());
+        TZORestServiceClass::Register(FClass.get());
+    }
+    TRegistered(const TRegistered&) = delete;
+    TRegistered& operator=(const TRegistered&) = delete;
+    ~TRegistered() {
+        TZORestServiceClass::Unregister(FClass.get());
+        TZOTypeInfo::Register(typeid(TService), nullptr);
+    }
+
+private:
+    std::unique_ptr<TZORestServiceClass> FClass;
+};
 
 /// What runs between StartSamples and StopSamples.
 class TSamples {
 public:
-    TSamples()
-        : FLibrary(TLibraryService::DeclareClass(FServer.LibraryUrl(), TSampleServer::ApiKey())),
-          FClock(TClockService::DeclareClass(FServer.ClockUrl())) {
-        TZOTypeInfo::Register(typeid(TLibraryService), FLibrary->TypeInfo());
-        TZOTypeInfo::Register(typeid(TClockService), FClock->TypeInfo());
-        TZORestServiceClass::Register(FLibrary.get());
-        TZORestServiceClass::Register(FClock.get());
-    }
-    TSamples(const TSamples&) = delete;
-    TSamples& operator=(const TSamples&) = delete;
-
-    ~TSamples() {
-        TZORestServiceClass::Unregister(FClock.get());
-        TZORestServiceClass::Unregister(FLibrary.get());
-        TZOTypeInfo::Register(typeid(TClockService), nullptr);
-        TZOTypeInfo::Register(typeid(TLibraryService), nullptr);
+    TSamples() {
+        const QString httpbin = qEnvironmentVariable("ZO_SAMPLE_HTTPBIN");
+        if (!httpbin.isEmpty())
+            FHttpbin.emplace(THttpbinService::DeclareClass(httpbin));
     }
 
 private:
     TSampleServer FServer;
-    std::unique_ptr<TZORestServiceClass> FLibrary;
-    std::unique_ptr<TZORestServiceClass> FClock;
+    TRegistered<TLibraryService> FLibrary{
+        TLibraryService::DeclareClass(FServer.LibraryUrl(), TSampleServer::ApiKey())};
+    TRegistered<TClockService> FClock{TClockService::DeclareClass(FServer.ClockUrl())};
+    std::optional<TRegistered<THttpbinService>> FHttpbin;
 };
 
 std::unique_ptr<TSamples>& Running() {

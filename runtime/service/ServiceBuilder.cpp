@@ -76,9 +76,20 @@ TZOServiceBuilder& TZOServiceBuilder::Scope(const QString& AName, bool ADefault)
 }
 
 TZOServiceBuilder& TZOServiceBuilder::ApiKeyHeader(const QByteArray& AHeader) {
-    const int scheme = static_cast<int>(FDeclaration.Schemes.size());
-    FDeclaration.Schemes.push_back({QString::fromLatin1(AHeader), skApiKeyHeader, AHeader});
-    FDeclaration.Security.push_back({{scheme}});
+    FDeclaration.Security.push_back({{AddScheme({QString::fromLatin1(AHeader), skApiKeyHeader, AHeader})}});
+    return *this;
+}
+
+int TZOServiceBuilder::AddScheme(const TZOSecurityScheme& AScheme) {
+    FDeclaration.Schemes.push_back(AScheme);
+    return static_cast<int>(FDeclaration.Schemes.size()) - 1;
+}
+
+TZOServiceBuilder&
+TZOServiceBuilder::OperationSecurity(const std::vector<TZOSecurityAlternative>& AAlternatives) {
+    TZOHttpBinding& http = FDeclaration.Opers.back().Http;
+    http.HasOwnSecurity = true;
+    http.Security = AAlternatives;
     return *this;
 }
 

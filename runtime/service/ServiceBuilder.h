@@ -46,6 +46,10 @@ public:
     TZOServiceBuilder& Operation(const QString& AName, const QString& ADescription, const QByteArray& AMethod,
                                  const QString& APath, const std::vector<TZOServiceParam>& AParams,
                                  const TZOTypeInfo* AResponse);
+    /// A way to authenticate, by its index. No operation uses it until OperationSecurity says so.
+    int AddScheme(const TZOSecurityScheme& AScheme);
+    /// Lets the operation added last authenticate by one of AAlternatives instead of the class's ways.
+    TZOServiceBuilder& OperationSecurity(const std::vector<TZOSecurityAlternative>& AAlternatives);
 
     /// The finished description, which takes the types over. The builder is empty afterwards.
     std::unique_ptr<TZORestService::TTypeInfo> Build();

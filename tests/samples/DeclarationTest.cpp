@@ -1,4 +1,5 @@
 #include "samples/ClockService.h"
+#include "samples/HttpbinService.h"
 #include "samples/LibraryService.h"
 
 #include "runtime/service/ServiceBuilder.h"
@@ -14,6 +15,7 @@ std::vector<std::unique_ptr<TZORestServiceClass>> Classes() {
     std::vector<std::unique_ptr<TZORestServiceClass>> classes;
     classes.push_back(TLibraryService::DeclareClass("http://127.0.0.1:1/library", "the key"));
     classes.push_back(TClockService::DeclareClass("http://127.0.0.1:1/clock"));
+    classes.push_back(THttpbinService::DeclareClass("http://127.0.0.1:1"));
     return classes;
 }
 

@@ -1,6 +1,8 @@
 #include "samples/Samples.h"
+#include "samples/HttpbinService.h"
 #include "tests/samples/SampleClient.h"
 
+#include <QScopeGuard>
 #include <QUrl>
 
 namespace {
@@ -31,6 +33,20 @@ TEST(Samples, RegisterBothClassesWithTheServersAddress) {
     EXPECT_TRUE(qobject_cast<TLibraryService*>(service.get()));
     EXPECT_EQ(service->GetApiKey(), TSampleServer::ApiKey());
     StopSamples();
+}
+
+TEST(Samples, RegisterHttpbinLastWhereItsAddressIsGiven) {
+    qputenv("ZO_SAMPLE_HTTPBIN", "http://127.0.0.1:8123");
+    const auto forget = qScopeGuard([] { qunsetenv("ZO_SAMPLE_HTTPBIN"); });
+    StartSamples();
+    EXPECT_EQ(Registered(), (QStringList{"TLibraryService", "TClockService", "THttpbinService"}));
+    const TZORestServiceClass* httpbin = TZOTypeInfo::Services().last();
+    EXPECT_EQ(httpbin->TypeInfo()->BaseUrl(), "http://127.0.0.1:8123");
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(THttpbinService)), httpbin->TypeInfo());
+    EXPECT_TRUE(qobject_cast<THttpbinService*>(httpbin->Create().get()));
+    StopSamples();
+    EXPECT_EQ(Registered(), QStringList());
+    EXPECT_EQ(TZOTypeInfo::Get(typeid(THttpbinService)), nullptr);
 }
 
 TEST(Samples, StartAndStopAsOftenAsTheHostLikes) {
