@@ -188,6 +188,9 @@ bool Screen::Save(const QString& AFileName) {
     const QWidget* window = QApplication::activeModalWidget();
     if (!window)
         window = QApplication::activeWindow();
+    const auto windows = QApplication::topLevelWidgets();
+    for (auto any = windows.begin(); !window && any != windows.end(); ++any)
+        window = (*any)->isVisible() ? *any : nullptr;
     if (!window)
         return false;
     const QWidget* whole = window;

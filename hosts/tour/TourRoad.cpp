@@ -48,6 +48,8 @@ void BackToOperations(TZOTourDriver& D) {
 void SearchAndOpen(TZOTourDriver& D) {
     D.Step(QStringLiteral("The services"));
     D.See(QStringLiteral("ZO Bridgework Service Classes"));
+    D.WaitFor(QStringLiteral("the window does not get the focus"),
+              [] { return Screen::Focus() != QStringLiteral("nothing"); });
     D.Picture(QStringLiteral("services"));
     D.Step(QStringLiteral("Search a service and open it by keyboard"));
     D.Type(QStringLiteral("libr"));
