@@ -4,6 +4,13 @@
 
 #include <QSize>
 
+namespace {
+
+/// As wide in the first row as in the last, so that rows differ in nothing but their place.
+QString Number(int APlace) { return QStringLiteral("%1").arg(APlace, 7, 10, QLatin1Char('0')); }
+
+} // namespace
+
 void TPlainSource::RefreshContent() {
     Clear();
     for (int i = 0; i < FCount; ++i)
@@ -11,7 +18,7 @@ void TPlainSource::RefreshContent() {
 }
 
 void TPlainSource::ConfigureRow(TZOViewRow* ARow, TZOViewRowLayout* ALayout) {
-    const QString number = QString::number(View()->IndexOfRow(ARow));
+    const QString number = Number(View()->IndexOfRow(ARow));
     ALayout->AddChunk(1, QStringLiteral("row_") + number, true, ctNormal);
     ALayout->AddChunk(2, QStringLiteral(": "), false, ctNormal);
     ALayout->AddChunk(3, QStringLiteral("value_") + number, true, ctNormal);
@@ -47,6 +54,6 @@ QVariant TPlainModel::data(const QModelIndex& AIndex, int ARole) const {
         return QSize(200, RowHeight);
     if (ARole != Qt::DisplayRole)
         return {};
-    const QString number = QString::number(PlaceOf(AIndex));
+    const QString number = Number(PlaceOf(AIndex));
     return QString(QStringLiteral("row_") + number + QStringLiteral(": value_") + number);
 }

@@ -123,7 +123,8 @@ void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
         }
     }
     const int bottom = FContentHeight - FYScroll;
-    if (const int end = qMin(AOldBottom + delta, bottom); bottom != AOldBottom + delta)
+    const int end = qMin(AOldBottom + delta, bottom);
+    if (bottom != AOldBottom + delta && end <= client.bottom())
         update(client.adjusted(0, qMax(0, end), 0, 0));
 }
 

@@ -14,7 +14,7 @@ int TZORowIndex::IndexOf(const TZOViewRow* ARow) const {
     if (!block || block->Ordinal >= FBlocks.size() || FBlocks[block->Ordinal].get() != block)
         return FCount;
     RefreshStarts();
-    int index = block->Start;
+    int index = FStarts[block->Ordinal];
     for (const TZOViewRow* row = block->First; row != ARow; row = row->Next())
         ++index;
     return index;
@@ -24,11 +24,9 @@ TZOViewRow* TZORowIndex::At(int AIndex) const {
     if (AIndex < 0 || AIndex >= FCount)
         return nullptr;
     RefreshStarts();
-    auto after = std::upper_bound(FBlocks.begin(), FBlocks.end(), AIndex,
-                                  [](int AWanted, const auto& ABlock) { return AWanted < ABlock->Start; });
-    const TZORowBlock& block = **std::prev(after);
-    TZOViewRow* row = block.First;
-    for (int i = block.Start; i < AIndex; ++i)
+    const auto start = std::prev(std::upper_bound(FStarts.begin(), FStarts.end(), AIndex));
+    TZOViewRow* row = FBlocks[static_cast<size_t>(start - FStarts.begin())]->First;
+    for (int i = *start; i < AIndex; ++i)
         row = row->Next();
     return row;
 }
@@ -36,9 +34,8 @@ TZOViewRow* TZORowIndex::At(int AIndex) const {
 void TZORowIndex::Inserted(TZOViewRow* ARow) {
     TZORowBlock* block = BlockFor(ARow);
     ARow->FBlock = block;
-    ++block->Count;
+    Count(block, 1);
     ++FCount;
-    Touched(block);
     if (block->Count > MaxBlock) {
         TZOViewRow* middle = block->First;
         for (int i = 0; i < MaxBlock / 2; ++i)
@@ -57,9 +54,8 @@ void TZORowIndex::RunInserted(TZOViewRow* AStart, TZOViewRow* AEnd) {
         if (block->Count >= MaxBlock)
             block = AddBlock(block->Ordinal + 1, row);
         row->FBlock = block;
-        ++block->Count;
+        Count(block, 1);
         ++FCount;
-        Touched(block);
         if (row == AEnd)
             break;
     }
@@ -84,9 +80,8 @@ void TZORowIndex::RemovingRun(TZOViewRow* AStart, TZOViewRow* AEnd) {
 TZORowBlock* TZORowIndex::TakeOut(TZOViewRow* ARow) {
     TZORowBlock* block = ARow->FBlock;
     ARow->FBlock = nullptr;
-    --block->Count;
+    Count(block, -1);
     --FCount;
-    Touched(block);
     if (block->Count == 0) {
         DropBlock(block);
         return nullptr;
@@ -117,14 +112,20 @@ TZORowBlock* TZORowIndex::AddBlock(size_t AOrdinal, TZOViewRow* AFirst) {
     block->Index = this;
     block->First = AFirst;
     TZORowBlock* added = block.get();
-    FBlocks.insert(FBlocks.begin() + static_cast<std::ptrdiff_t>(AOrdinal), std::move(block));
+    const auto place = static_cast<std::ptrdiff_t>(AOrdinal);
+    FBlocks.insert(FBlocks.begin() + place, std::move(block));
+    FCounts.insert(FCounts.begin() + place, 0);
+    FStarts.insert(FStarts.begin() + place, 0);
     Renumber(AOrdinal);
     return added;
 }
 
 void TZORowIndex::DropBlock(TZORowBlock* ABlock) {
     const size_t ordinal = ABlock->Ordinal;
-    FBlocks.erase(FBlocks.begin() + static_cast<std::ptrdiff_t>(ordinal));
+    const auto place = static_cast<std::ptrdiff_t>(ordinal);
+    FBlocks.erase(FBlocks.begin() + place);
+    FCounts.erase(FCounts.begin() + place);
+    FStarts.erase(FStarts.begin() + place);
     Renumber(ordinal);
 }
 
@@ -133,8 +134,8 @@ void TZORowIndex::SplitBefore(TZOViewRow* ARow) {
     TZORowBlock* added = AddBlock(block->Ordinal + 1, ARow);
     for (TZOViewRow* row = ARow; row && row->FBlock == block; row = row->Next()) {
         row->FBlock = added;
-        ++added->Count;
-        --block->Count;
+        Count(added, 1);
+        Count(block, -1);
     }
 }
 
@@ -159,7 +160,7 @@ void TZORowIndex::MergeWithNext(size_t AOrdinal) {
         row->FBlock = block;
         --left;
     }
-    block->Count += next->Count;
+    Count(block, next->Count);
     DropBlock(next);
 }
 
@@ -169,13 +170,15 @@ void TZORowIndex::Renumber(size_t AFrom) {
     FValidStarts = std::min(FValidStarts, AFrom);
 }
 
-void TZORowIndex::Touched(const TZORowBlock* ABlock) {
+void TZORowIndex::Count(TZORowBlock* ABlock, int ADelta) {
+    ABlock->Count += ADelta;
+    FCounts[ABlock->Ordinal] = ABlock->Count;
     FValidStarts = std::min(FValidStarts, ABlock->Ordinal + 1);
 }
 
 void TZORowIndex::RefreshStarts() const {
     for (; FValidStarts < FBlocks.size(); ++FValidStarts) {
-        const TZORowBlock* previous = FValidStarts == 0 ? nullptr : FBlocks[FValidStarts - 1].get();
-        FBlocks[FValidStarts]->Start = previous ? previous->Start + previous->Count : 0;
+        const size_t i = FValidStarts;
+        FStarts[i] = i == 0 ? 0 : FStarts[i - 1] + FCounts[i - 1];
     }
 }

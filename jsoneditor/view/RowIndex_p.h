@@ -15,8 +15,6 @@ struct TZORowBlock {
     int Count = 0;
     /// Its place among the blocks.
     size_t Ordinal = 0;
-    /// The index of its first row; valid below the first block that has changed since.
-    int Start = 0;
 };
 
 /// Counts the rows of one list in blocks of some hundreds, so that the index of a row and the row at an
@@ -52,10 +50,14 @@ private:
     void MergeAround(TZORowBlock* ABlock);
     void MergeWithNext(size_t AOrdinal);
     void Renumber(size_t AFrom);
-    void Touched(const TZORowBlock* ABlock);
+    void Count(TZORowBlock* ABlock, int ADelta);
     void RefreshStarts() const;
 
     std::vector<std::unique_ptr<TZORowBlock>> FBlocks;
+    /// The count of each block once more, and the index of its first row: side by side, as eight thousand
+    /// blocks in different places would take longer to visit than to add up.
+    std::vector<int> FCounts;
+    mutable std::vector<int> FStarts;
     int FCount = 0;
     /// Starts are valid for the blocks below this ordinal.
     mutable size_t FValidStarts = 0;
