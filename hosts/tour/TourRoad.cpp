@@ -181,10 +181,12 @@ void Echo(TZOTourDriver& D) {
     D.See(QStringLiteral("Operations"));
     D.Picture(QStringLiteral("httpbin"));
     OpenRequest(D, QStringLiteral("Get"));
-    D.Press({QStringLiteral("Down")});
+    Fill(D, QStringLiteral("text: "), QStringLiteral("tea & biscuits"));
     D.Picture(QStringLiteral("httpbin-request"));
     D.Click(QStringLiteral("Execute"));
-    D.See(QStringLiteral("Responce"));
+    // The server says back what reached it.
+    D.See(QStringLiteral("args: {"));
+    D.See(QStringLiteral("User-Agent: "));
     D.Picture(QStringLiteral("httpbin-response"));
     D.Click(QStringLiteral("Services"));
     Open(D, QStringLiteral("TLibraryService"));
