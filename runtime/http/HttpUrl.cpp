@@ -9,7 +9,7 @@
 namespace {
 
 QByteArray NameOf(const QByteArray& APiece) {
-    return QByteArray::fromPercentEncoding(APiece.left(APiece.indexOf('=')).replace('+', ' '));
+    return QByteArray::fromPercentEncoding(APiece.split('=').first().replace('+', ' '));
 }
 
 } // namespace

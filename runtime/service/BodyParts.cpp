@@ -50,7 +50,7 @@ TZOHttpPart UploadPart(const QByteArray& AName, const ZOUpload& AUpload, const T
 } // namespace
 
 bool BodyParts::IsJson(const QByteArray& AContentType) {
-    const QByteArray type = AContentType.left(AContentType.indexOf(';')).trimmed().toLower();
+    const QByteArray type = AContentType.split(';').first().trimmed().toLower();
     return type.isEmpty() || type == "application/json" || type == "text/json" || type.endsWith("+json");
 }
 

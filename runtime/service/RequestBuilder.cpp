@@ -22,11 +22,9 @@ QByteArray CookieText(const QString& AText) {
     return text;
 }
 
-/// A value that is "." or ".." would be taken for a step between folders.
-QByteArray PathSegmentText(const QString& AText) {
-    if (AText == QLatin1String(".") || AText == QLatin1String(".."))
-        return QByteArray(AText.toLatin1()).replace('.', "%2E");
-    return ParamText::Encode(AText);
+/// A text that is "." or ".." would be taken for a step between folders.
+QByteArray WithoutSteps(const QByteArray& AText) {
+    return AText == "." || AText == ".." ? QByteArray(AText).replace('.', "%2E") : AText;
 }
 
 } // namespace
@@ -156,8 +154,8 @@ QByteArray TZORequestBuilder::PathText(const QString& AName) const {
     const QByteArray name = AName.toUtf8();
     for (const TParam& param : FParams) {
         if (param.Binding->Place == ppPath && param.Name == name)
-            return ParamStyles::Expand(Text(param), name, param.Binding->Style, param.Binding->Explode,
-                                       &PathSegmentText);
+            return WithoutSteps(ParamStyles::Expand(Text(param), name, param.Binding->Style,
+                                                    param.Binding->Explode, &ParamText::Encode));
     }
     const auto& bindings = FOper.Http.Params;
     const auto binding = std::find_if(bindings.begin(), bindings.end(), [&](const TZOParamBinding& b) {

@@ -68,7 +68,7 @@ QByteArray Charset(const TZOHttpResponse& AResponse) {
     if (start < 0)
         return "UTF-8";
     const QByteArray rest = type.mid(start + qsizetype(std::strlen("charset=")));
-    return rest.left(rest.indexOf(';')).replace('"', "").trimmed();
+    return rest.split(';').first().replace('"', "").trimmed();
 }
 
 /// Control characters, and those that would turn the writing direction around.
@@ -102,7 +102,7 @@ QString BinarySummary(const TZOHttpResponse& AResponse) {
 
 QByteArray ResponseText::MediaType(const TZOHttpResponse& AResponse) {
     const QByteArray type = AResponse.Header("Content-Type");
-    return type.left(type.indexOf(';')).trimmed().toLower();
+    return type.split(';').first().trimmed().toLower();
 }
 
 std::optional<QString> ResponseText::BodyText(const TZOHttpResponse& AResponse) {
