@@ -17,6 +17,7 @@ int main(int AArgc, char** AArgv) {
     int count = 2;
     benchmark::Initialize(&count, arguments);
 
+    AddHttpBenchmarks();
     AddJsonBenchmarks();
     AddViewBenchmarks();
     return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");

@@ -9,6 +9,7 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -67,7 +68,8 @@ void RunTimed(const std::vector<TEntry*>& AChosen) {
         Register(entry->Name() + "/theirs", entry->TimeTheirs);
     }
     TMedians reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (std::any_of(AChosen.begin(), AChosen.end(), [](const TEntry* e) { return bool(e->TimeOurs); }))
+        benchmark::RunSpecifiedBenchmarks(&reporter);
     for (TEntry* entry : AChosen) {
         if (!entry->TimeOurs)
             continue;

@@ -37,5 +37,6 @@ std::int64_t HeapInUse();
 } // namespace Bench
 
 /// One function a file of benchmarks: adds its tasks.
+void AddHttpBenchmarks();
 void AddJsonBenchmarks();
 void AddViewBenchmarks();
