@@ -1,8 +1,10 @@
 #include "jsoneditor/values/DataRow_p.h"
 
+#include "jsoneditor/values/EditHistory_p.h"
 #include "jsoneditor/values/EndRow_p.h"
 #include "jsoneditor/values/ValueText.h"
 #include "jsoneditor/view/RestView.h"
+#include "runtime/json/JsonCodec.h"
 
 #include <algorithm>
 #include <memory>
@@ -55,12 +57,15 @@ void TZOObjectDataSource::TDataRow::Edited(int AChunkId, const QString& AText) {
 }
 
 void TZOObjectDataSource::TDataRow::WriteValue(const QString& AText) {
-    // Present first: a text that cannot be read leaves the value present, with what it was before.
-    void* value = nullptr;
-    if (!SetValue(true, value))
-        return;
-    if (!GetSource()->DoSetValue(Type(), AText, value))
-        ValueText::FromText(Type(), AText, value);
+    {
+        const TRecording recording(this, TRecording::olCopied);
+        // Present first: a text that cannot be read leaves the value present, with what it was before.
+        void* value = nullptr;
+        if (!SetValue(true, value))
+            return;
+        if (!GetSource()->DoSetValue(Type(), AText, value))
+            ValueText::FromText(Type(), AText, value);
+    }
     UpdateInsertingParents(this);
 }
 
@@ -71,13 +76,17 @@ void TZOObjectDataSource::TDataRow::KeyDown(TZORestView* AView, int& AKey, Qt::K
             DoEditAction(AShift.testFlag(Qt::ShiftModifier) ? eaInsertBefore : eaInsertAfter);
     } else if (AKey == Qt::Key_Delete && AShift.testFlag(Qt::ControlModifier)) {
         AKey = 0;
-        AView->CancelEditing();
-        const int place = AView->IndexOfRow(this);
-        DoEditAction(eaDelete);
-        // If this row is gone, whatever stands in its place takes the selection over.
-        if (!AView->Selected())
-            AView->SelectRow(AView->RowAt(std::min(place, AView->GetRowCount() - 1)), seHide);
+        DeleteByUser(AView);
     }
+}
+
+void TZOObjectDataSource::TDataRow::DeleteByUser(TZORestView* AView) {
+    AView->CancelEditing();
+    const int place = AView->IndexOfRow(this);
+    DoEditAction(eaDelete);
+    // If this row is gone, whatever stands in its place takes the selection over.
+    if (!AView->Selected())
+        AView->SelectRow(AView->RowAt(std::min(place, AView->GetRowCount() - 1)), seHide);
 }
 
 bool TZOObjectDataSource::TDataRow::MoveByKey(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift) {
@@ -86,8 +95,8 @@ bool TZOObjectDataSource::TDataRow::MoveByKey(TZORestView* AView, int& AKey, Qt:
     const bool down = AKey == Qt::Key_Down;
     // Consumed even when the edit is refused: the view would only try, and complain, once more.
     AKey = 0;
-    if (AView->TryCloseEditor(true))
-        Move(down, {Kind()});
+    if (AView->TryCloseEditor(true) && Move(down, {Kind()}))
+        GetSource()->AddChange(std::make_unique<TMoveChange>(Path(), down));
     return true;
 }
 
@@ -117,8 +126,10 @@ void TZOObjectDataSource::TDataRow::DblClick(TZORestView* AView) {
 void TZOObjectDataSource::TDataRow::DoEditAction(TEditAction AAction) {
     void* value = nullptr;
     switch (AAction) {
-    case eaDelete:
+    case eaDelete: {
+        const TRecording recording(this, TRecording::olTaken);
         SetValue(false, value);
+    }
         ResetlInsertMode();
         UpdateInsertingParents(this);
         break;
@@ -183,6 +194,7 @@ void TZOObjectDataSource::TDataRow::InitInsertMode(TRow* AInsertBefore) {
 
 void TZOObjectDataSource::TDataRow::InitObjectValue(const ZOObject::TSubtype* ASubtype) {
     const auto* type = ASubtype ? ASubtype->Type : static_cast<const ZOObject::TTypeInfo*>(Type());
+    const TRecording recording(this, TRecording::olTaken);
     void* value = nullptr;
     if (!SetValue(true, value))
         return;
@@ -199,8 +211,31 @@ void TZOObjectDataSource::TDataRow::ShowUploadDialog() {
         upload = *static_cast<const ZOUpload*>(value);
     if (!GetSource()->DoUploadDialog(upload))
         return;
-    if (!SetValue(true, value))
+    {
+        const TRecording recording(this, TRecording::olCopied);
+        if (!SetValue(true, value))
+            return;
+        *static_cast<ZOUpload*>(value) = upload;
+    }
+    UpdateInsertingParents(this);
+}
+
+void TZOObjectDataSource::TDataRow::PasteJson(const QByteArray& AJson) {
+    TZOValueHolder pasted(Type(), true);
+    TZOJson::Decode(AJson, pasted);
+    void* source = nullptr;
+    const bool hasValue = pasted.GetValue(source);
+    // As for the Delete key: a union's value is not to be taken away from it.
+    if (!hasValue && Kind() == rkUVal)
         return;
-    *static_cast<ZOUpload*>(value) = upload;
+    {
+        const TRecording recording(this, TRecording::olTaken);
+        void* dest = nullptr;
+        if (!SetValue(hasValue, dest))
+            return;
+        if (hasValue)
+            ZOStorage::Swap(Type(), source, dest);
+    }
+    ResetlInsertMode();
     UpdateInsertingParents(this);
 }

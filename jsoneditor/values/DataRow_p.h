@@ -2,6 +2,7 @@
 #pragma once
 
 #include "jsoneditor/values/Row_p.h"
+#include "jsoneditor/values/ValuePath_p.h"
 #include "runtime/types/List.h"
 #include "runtime/types/Map.h"
 #include "runtime/types/Object.h"
@@ -36,6 +37,34 @@ public:
     virtual void DoEditAction(TEditAction AAction);
     /// Makes the value a new, empty object of the subtype's type (null: of the row's own).
     void InitObjectValue(const ZOObject::TSubtype* ASubtype);
+    /// What the Delete key and the menu do: eaDelete, after which the selection stays near.
+    void DeleteByUser(TZORestView* AView);
+    void ShowUploadDialog();
+    /// Replaces the value by what AJson says; null makes it absent. Raises, with nothing changed, what
+    /// TZOJson::Decode raises for text that does not fit the type.
+    void PasteJson(const QByteArray& AJson);
+
+    // Places in the value (RowPath.cpp)
+
+    /// Leads from the parent's value to this row's.
+    virtual TZOPathStep PathStep() const = 0;
+    TZOValuePath Path() const;
+    /// The JSON pointer (RFC 6901) of the place; "/-" for a new element.
+    QString Pointer() const;
+    /// Pointer, type and description, in lines.
+    QString Hint() const;
+    /// The row of a value right below this one, or null. In a list this does not walk the elements.
+    TDataRow* ChildAt(const TZOPathStep& AStep);
+    /// The first row on the way down to this one without a stored value; null when there is none.
+    TDataRow* FirstUnstored();
+
+    // Bring the rows in line with a change of the value that did not come from them (RowPath.cpp). They
+    // return the row that stands where the change was.
+
+    TDataRow* ShowChange();
+    /// An entry has come to AStep, or is about to be taken away from there.
+    TRow* ShowEntryInserted(const TZOPathStep& AStep);
+    TRow* ShowEntryDeleted(const TZOPathStep& AStep);
 
 protected:
     friend class TRow;
@@ -50,7 +79,6 @@ protected:
     /// The row to update when this one changed.
     virtual TDataRow* DoGetUpdateBase() { return this; }
     virtual bool DoGetInserting(bool AHasValue) const = 0;
-
     QString DisplayText() const override;
     /// Alt+Up and Alt+Down for rows that move among their siblings; false for any other key.
     bool MoveByKey(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift);
@@ -80,11 +108,12 @@ private:
 
     // Editing (DataRow.cpp)
     void WriteValue(const QString& AText);
-    void ShowUploadDialog();
     void EofAction(TEditAction AAction);
     static void DispatchInsertMode(TRow* ARow, bool ABefore);
     void InitInsertMode(TRow* AInsertBefore);
     void ShowOfferedEntries();
+    TListElem* ElementAt(int AIndex);
+    TDataRow* NewEntryRow(const TZOPathStep& AStep);
 
     TEOf* FEof = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "jsoneditor/values/ListElem_p.h"
 
+#include "jsoneditor/values/EditHistory_p.h"
+
 TZOObjectDataSource::TListElem::TListElem(TDataRow* AParent, int AIndex)
     : TDataRow(AParent, rkLElem), FElemIdx(AIndex) {
     FIsNew = AIndex == -1;
@@ -69,7 +71,9 @@ void TZOObjectDataSource::TListElem::Delete() {
         parent->ResetlInsertMode();
     } else if (parent->GetValue(list)) {
         const int index = Index();
-        static_cast<ZOList*>(list)->Delete(index);
+        auto change = std::make_unique<TEntryChange>(parent->Path(), PathStep(), Type());
+        change->TakeOut(parent->Type(), list);
+        GetSource()->AddChange(std::move(change));
         parent->AddElementShift(index, false);
     }
     FreeEntry();

@@ -14,6 +14,7 @@ public:
     /// The element's present place in the list, whatever came or went before it since the rows were numbered.
     int Index() const;
     void SetIndex(int AIndex);
+    TZOPathStep PathStep() const override { return {.Index = Index(), .IsNew = FIsNew}; }
     const TZOTypeInfo* Type() const override;
     void KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift) override;
     void DoEditAction(TEditAction AAction) override;

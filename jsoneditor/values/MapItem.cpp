@@ -1,5 +1,6 @@
 #include "jsoneditor/values/MapItem_p.h"
 
+#include "jsoneditor/values/EditHistory_p.h"
 #include "platform/Exceptions.h"
 
 TZOObjectDataSource::TMapItem::TMapItem(TDataRow* AParent) : TDataRow(AParent, rkMItem) { FIsNew = true; }
@@ -48,8 +49,15 @@ void TZOObjectDataSource::TMapItem::Edited(int AChunkId, const QString& AText) {
 }
 
 void TZOObjectDataSource::TMapItem::WriteMapKey(const QString& AKey) {
+    if (AKey != FMapKey)
+        GetSource()->AddChange(std::make_unique<TKeyChange>(Path(), FMapKey, AKey));
     FMapKey = AKey;
     UpdateInsertingParents(this);
+}
+
+void TZOObjectDataSource::TMapItem::SetMapKey(const QString& AKey) {
+    FMapKey = AKey;
+    Changed();
 }
 
 void TZOObjectDataSource::TMapItem::KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift) {
@@ -67,9 +75,12 @@ void TZOObjectDataSource::TMapItem::DoEditAction(TEditAction AAction) {
 void TZOObjectDataSource::TMapItem::Delete() {
     TDataRow* parent = DataParent();
     void* map = nullptr;
-    if (FIsNew)
+    if (FIsNew) {
         parent->ResetlInsertMode();
-    else if (parent->GetValue(map))
-        static_cast<ZOMap*>(map)->Remove(FMapKey);
+    } else if (parent->GetValue(map)) {
+        auto change = std::make_unique<TEntryChange>(parent->Path(), PathStep(), Type());
+        change->TakeOut(parent->Type(), map);
+        GetSource()->AddChange(std::move(change));
+    }
     FreeEntry();
 }

@@ -16,6 +16,8 @@ public:
     bool IsNew() const { return FIsNew; }
     /// Empty for a new item until the user has typed one.
     const QString& MapKey() const { return FMapKey; }
+    void SetMapKey(const QString& AKey);
+    TZOPathStep PathStep() const override { return {.Key = FMapKey, .IsNew = FIsNew}; }
     const TZOTypeInfo* Type() const override;
     void Edited(int AChunkId, const QString& AText) override;
     void KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift) override;

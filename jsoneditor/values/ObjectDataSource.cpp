@@ -1,5 +1,6 @@
 #include "jsoneditor/values/ObjectDataSource.h"
 
+#include "jsoneditor/values/EditHistory_p.h"
 #include "jsoneditor/values/RootRow_p.h"
 #include "jsoneditor/view/RestView.h"
 
@@ -59,6 +60,8 @@ void TZOObjectDataSource::KeyDown(int& AKey, Qt::KeyboardModifiers AShift) {
         }
     } else if (AKey == Qt::Key_F5) {
         UpdateRows();
+    } else if (EditKey(AKey, AShift)) {
+        AKey = 0;
     } else if (TRow* row = SelectedRow()) {
         row->KeyDown(View(), AKey, AShift);
     }

@@ -10,6 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+struct TZOPathStep;
+
 /// A typed value in a JSON-like notation: one row for each property, element or item, containers between
 /// brackets. Placeholders in grey stand for what is not stored yet; containers offer them in insert mode.
 /// The value may be changed from outside at any time; UpdateRows shows it as it is then. Scalars are read
@@ -93,6 +95,22 @@ public:
 
     /// Brings the rows up to date with the value. Rows whose entry is still there stay the same rows.
     void UpdateRows();
+    /// Takes the latest change of the value by the user back, or makes it again; each of his actions is one.
+    /// What insert mode shows is not part of it. Without one to take back nothing happens. A value that was
+    /// changed from outside keeps what still fits it; otherwise the history is dropped.
+    void Undo();
+    void Redo();
+    bool CanUndo() const { return !FUndo.empty(); }
+    bool CanRedo() const { return !FRedo.empty(); }
+    /// Puts the selected row's value into the clipboard as JSON.
+    void CopyJson();
+    /// Replaces the selected row's value by the JSON in the clipboard. Text that is no JSON goes into a
+    /// string as it is. Raises EZOJsonError, which names the place, when it does not fit the type; nothing
+    /// has changed then.
+    void PasteJson();
+    /// The row's JSON pointer (RFC 6901), its type, and what is known about it.
+    QString RowHint(TZOViewRow* ARow) override;
+
     /// Leaves insert mode everywhere: placeholders go, and tags that were picked without a value.
     void CancelInsertMode();
 
@@ -101,6 +119,8 @@ public:
     void RowEdited(TZOViewRow* ARow, int AChunkId, const QString& AText) override;
     void KeyDown(int& AKey, Qt::KeyboardModifiers AShift) override;
     void DblClick() override;
+    bool WantsKey(int AKey, Qt::KeyboardModifiers AShift) const override;
+    void FillMenu(QMenu* AMenu) override;
 
 protected:
     virtual void DoGetValue(const TZOTypeInfo* AType, bool AHasValue, const void* AValue, QString& AText);
@@ -119,13 +139,34 @@ private:
         bool Inserted;
     };
 
+    class TChange;
+    class TSlotChange;
+    class TEntryChange;
+    class TMoveChange;
+    class TKeyChange;
+    class TRecording;
+    using TChanges = std::vector<std::unique_ptr<TChange>>;
+
     TRow* SelectedRow() const;
+    /// The row that the selected row belongs to: for a closing row the one it closes. Null for rows that
+    /// stand for no value.
+    TDataRow* SelectedDataRow() const;
+    TDataRow* RootRow() const;
+    /// The row of the value at APath, or null.
+    TDataRow* RowAt(const std::vector<TZOPathStep>& APath) const;
+    void AddChange(std::unique_ptr<TChange> AChange);
+    void Step(TChanges& AFrom, TChanges& ATo);
+    bool EditKey(int AKey, Qt::KeyboardModifiers AShift);
+    /// Adds a command for the selected row, which may be another by the time it is chosen.
+    void AddCommand(QMenu* AMenu, const QString& ACaption, bool AEnabled, std::function<void()> ADo);
     /// Moves the selection off a placeholder, to the nearest row above that stays.
     void SelectStoredRow();
 
     const TZOTypeInfo* FType;
     std::unique_ptr<TZOValueHolder> FValue;
     bool FInitialInsMode;
+    TChanges FUndo;
+    TChanges FRedo;
     std::unordered_map<const TRow*, TInsertMode> FInsertModes;
     std::unordered_map<const TRow*, std::vector<TElementShift>> FElementShifts;
 };

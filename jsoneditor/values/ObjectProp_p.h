@@ -11,6 +11,7 @@ public:
     PProperty Prop() const { return FProp; }
     /// Whether objects of the type have exactly this property.
     bool IsOf(const ZOObject::TTypeInfo* AType) const;
+    TZOPathStep PathStep() const override { return {.Prop = FProp}; }
     const TZOTypeInfo* Type() const override { return FProp->Type; }
     void KeyDown(TZORestView* AView, int& AKey, Qt::KeyboardModifiers AShift) override;
 

@@ -7,6 +7,7 @@ class TZOObjectDataSource::TRoot : public TDataRow {
 public:
     explicit TRoot(const TZOTypeInfo* AType) : TDataRow(nullptr, rkRoot), FType(AType) {}
 
+    TZOPathStep PathStep() const override { return {}; }
     const TZOTypeInfo* Type() const override { return FType; }
 
 protected:

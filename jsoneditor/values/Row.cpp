@@ -76,16 +76,19 @@ TZOObjectDataSource::TRow* TZOObjectDataSource::TRow::PrevSibling(TRowKinds AKin
     return row;
 }
 
-void TZOObjectDataSource::TRow::Move(bool ADown, TRowKinds AKinds) {
+bool TZOObjectDataSource::TRow::Move(bool ADown, TRowKinds AKinds) {
     TRow* last = LastOfSubtree();
     if (!ADown) {
-        if (TRow* sibling = PrevSibling(AKinds))
+        TRow* sibling = PrevSibling(AKinds);
+        if (sibling)
             GetSource()->MoveRangeBefore(sibling, this, last);
-        return;
+        return sibling;
     }
     TRow* sibling = last->Next();
-    if (sibling && sibling->FParent == FParent && AKinds.Contains(sibling->FKind))
-        GetSource()->MoveRangeAfter(sibling->LastOfSubtree(), this, last);
+    if (!sibling || sibling->FParent != FParent || !AKinds.Contains(sibling->FKind))
+        return false;
+    GetSource()->MoveRangeAfter(sibling->LastOfSubtree(), this, last);
+    return true;
 }
 
 TZOObjectDataSource::TRow* TZOObjectDataSource::TRow::InsertBefore() const {

@@ -55,8 +55,8 @@ public:
         }
     }
     void ClearChildren();
-    /// Moves the subtree behind the next sibling, or before the previous one, if that is of AKinds.
-    void Move(bool ADown, TRowKinds AKinds);
+    /// Moves the subtree behind the next sibling, or before the previous one; false if that is not of AKinds.
+    bool Move(bool ADown, TRowKinds AKinds);
 
     /// Whether this container offers new entries (a tag row: its alternatives).
     bool InsertMode() const { return FInsertMode; }

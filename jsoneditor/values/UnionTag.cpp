@@ -1,5 +1,6 @@
 #include "jsoneditor/values/UnionTag_p.h"
 
+#include "jsoneditor/values/EditHistory_p.h"
 #include "jsoneditor/values/TagChoices_p.h"
 #include "jsoneditor/view/RestView.h"
 
@@ -31,11 +32,17 @@ void TZOObjectDataSource::TUnionTag::InitInsertMode() {
 void TZOObjectDataSource::TUnionTag::SelectValue(PTag ATag) {
     TDataRow* row = DataParent();
     void* value = nullptr;
-    if (!row->GetByRef(value))
-        return;
-    void* ref = nullptr;
-    if (!ZOUnion::TData::SetTag(*static_cast<ZOUnion**>(value), ATag->Index, !ATag->Type, ref))
-        return;
+    {
+        // Only a tag without a value is stored at once; the value it replaces is kept for an undo.
+        const bool replaces = row->GetValue(value) && !ATag->Type &&
+                              ZOUnion::TData::GetTag(*static_cast<ZOUnion**>(value)) != ATag;
+        const TRecording recording(row, replaces ? TRecording::olTaken : TRecording::olUntouched);
+        if (!row->GetByRef(value))
+            return;
+        void* ref = nullptr;
+        if (!ZOUnion::TData::SetTag(*static_cast<ZOUnion**>(value), ATag->Index, !ATag->Type, ref))
+            return;
+    }
     FTag = ATag;
     FEditingTag = ATag->Type != nullptr;
     if (FEditingTag)

@@ -9,6 +9,7 @@ public:
     TUnionValue(TDataRow* AParent, PTag ATag) : TDataRow(AParent, rkUVal), FTag(ATag) {}
 
     PTag Tag() const { return FTag; }
+    TZOPathStep PathStep() const override { return {.Tag = FTag}; }
     const TZOTypeInfo* Type() const override { return FTag->Type; }
     void DoEditAction(TEditAction AAction) override;
 

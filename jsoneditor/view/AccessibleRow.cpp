@@ -70,6 +70,14 @@ QString TZOAccessibleRow::text(QAccessible::Text AText) const {
         return SpeechOfRow(FView, FRow).Value;
     case QAccessible::Description:
         return PlaceOfRow(FView, FRow);
+    case QAccessible::Help: {
+        QString hint;
+        GuardedCall(FView, [&] {
+            if (FRow->Source())
+                hint = FRow->Source()->RowHint(FRow);
+        });
+        return hint;
+    }
     default:
         return {};
     }

@@ -13,6 +13,8 @@ void TZODataSource::ConfigureRow(TZOViewRow*, TZOViewRowLayout*) {}
 void TZODataSource::RowEdited(TZOViewRow*, int, const QString&) {}
 void TZODataSource::KeyDown(int&, Qt::KeyboardModifiers) {}
 void TZODataSource::DblClick() {}
+void TZODataSource::FillMenu(QMenu*) {}
+QString TZODataSource::RowHint(TZOViewRow*) { return QString(); }
 
 bool TZODataSource::WantsKey(int AKey, Qt::KeyboardModifiers AShift) const {
     return AKey == Qt::Key_Insert || AKey == Qt::Key_F5 ||

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QMenu;
 class TZORestView;
 class TZOViewRow;
 class TZOViewRowLayout;
@@ -44,6 +45,11 @@ public:
     /// Whether KeyDown has a use for the key, so that no shortcut of the host may take it away. The default
     /// claims Insert, Ctrl+Delete and F5; the view claims the keys of its own map by itself.
     virtual bool WantsKey(int AKey, Qt::KeyboardModifiers AShift) const;
+    /// Add what can be done with the selected row to the view's context menu, which is about to be shown.
+    virtual void FillMenu(QMenu* AMenu);
+    /// What the user is told about ARow when the pointer rests on it, and assistive technology with it:
+    /// plain text, perhaps of several lines.
+    virtual QString RowHint(TZOViewRow* ARow);
 
     void BeginUpdate();
     void EndUpdate();

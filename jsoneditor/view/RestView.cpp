@@ -11,11 +11,14 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 #include <limits>
@@ -337,10 +340,26 @@ bool TZORestView::event(QEvent* AEvent) {
             return true;
         }
         break;
+    case QEvent::ToolTip:
+        ShowRowHint(static_cast<QHelpEvent*>(AEvent));
+        return true;
     default:
         break;
     }
     return QWidget::event(AEvent);
+}
+
+void TZORestView::ShowRowHint(const QHelpEvent* AEvent) {
+    const TZOHitTest hit = GetHitTest(AEvent->pos());
+    QString hint;
+    if (FDataSource && hit.Row)
+        GuardedCall(this, [&] { hint = FDataSource->RowHint(hit.Row); });
+    // A tip that looks like rich text would be taken for it.
+    if (hint.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(AEvent->globalPos(), Qt::convertFromPlainText(hint, Qt::WhiteSpaceNormal), this,
+                           hit.Row->Layout()->Bounds());
 }
 
 void TZORestView::changeEvent(QEvent* AEvent) {

@@ -15,6 +15,7 @@
 #include <memory>
 #include <vector>
 
+class QHelpEvent;
 class QScrollBar;
 class TZOAccessibleRows;
 class TZODataSource;
@@ -249,6 +250,7 @@ private:
     void UpdateTracking(const QPoint& APoint);
     void HideHover();
     void ShowContextMenu(const QPoint& AGlobal);
+    void ShowRowHint(const QHelpEvent* AEvent);
 
     int FScrollStep = 32;
     int FMouseWheelStep = 96;

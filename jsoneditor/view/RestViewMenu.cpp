@@ -54,5 +54,7 @@ void TZORestView::ShowContextMenu(const QPoint& AGlobal) {
     menu->addSeparator();
     add(tr("Insert Row"), QKeySequence(Qt::Key_Insert), CanInsertRow(), &TZORestView::InsertRow);
     add(tr("Delete Row"), QKeySequence(Qt::CTRL | Qt::Key_Delete), CanDeleteRow(), &TZORestView::DeleteRow);
+    if (FDataSource)
+        GuardedCall(this, [&] { FDataSource->FillMenu(menu); });
     menu->popup(AGlobal);
 }

@@ -84,6 +84,19 @@ bool ZOMap::SetItem(const QString& AKey, bool AHasValue, void*& ARef) {
     return true;
 }
 
+bool ZOMap::Insert(int APlace, const QString& AKey, bool AHasValue, void*& ARef) {
+    if (APlace < 0 || APlace > Count() || ContainsKey(AKey))
+        return false;
+    if (APlace == Count())
+        return SetItem(AKey, AHasValue, ARef);
+    FItems->Values.Insert(FType->ItemType(), APlace, AHasValue);
+    FItems->Keys.insert(APlace, AKey);
+    FItems->Index.clear();
+    if (AHasValue)
+        ARef = FItems->Values.At(APlace);
+    return true;
+}
+
 void ZOMap::Remove(const QString& AKey) {
     const int index = IndexOf(AKey);
     if (index < 0)

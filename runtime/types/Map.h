@@ -21,6 +21,8 @@ public:
     /// All keys, in the map's order. The list is shared, not copied.
     QStringList Keys() const;
     bool ContainsKey(const QString& AKey) const;
+    /// The place of AKey in Keys(); -1 for an unknown key.
+    int IndexOf(const QString& AKey) const;
 
     /// Presence of the item; its storage in ARef when present. False for an unknown key.
     bool GetItem(const QString& AKey, void*& ARef) const;
@@ -31,12 +33,14 @@ public:
     /// Makes the item present (storage in ARef) or absent; a new key is added at the end. Storage of other
     /// items may move.
     bool SetItem(const QString& AKey, bool AHasValue, void*& ARef);
+    /// Adds an item with the new key AKey at place APlace of Keys(). False for a key that is there already
+    /// and outside 0..Count(). Takes time in proportion to the items.
+    bool Insert(int APlace, const QString& AKey, bool AHasValue, void*& ARef);
     /// Removes the item; an unknown key is ignored.
     void Remove(const QString& AKey);
 
 private:
     struct TItems;
-    int IndexOf(const QString& AKey) const;
 
     const TTypeInfo* FType;
     std::unique_ptr<TItems> FItems; // null while empty

@@ -7,6 +7,8 @@
 #include "runtime/types/Streams.h"
 #include "runtime/types/Union.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -103,4 +105,9 @@ void ZOStorage::CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const vo
         else
             new (AStorage) T(source);
     });
+}
+
+void ZOStorage::Swap(const TZOTypeInfo* AType, void* AFirst, void* ASecond) noexcept {
+    auto* first = static_cast<std::byte*>(AFirst);
+    std::swap_ranges(first, first + Size(AType), static_cast<std::byte*>(ASecond));
 }

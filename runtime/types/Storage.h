@@ -25,5 +25,7 @@ void Construct(const TZOTypeInfo* AType, void* AStorage);
 void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
 /// Constructs AStorage as a deep copy of ASource. Streams of uploads and downloads are shared.
 void CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource);
+/// Exchanges two constructed values of one type, at any depth in constant time.
+void Swap(const TZOTypeInfo* AType, void* AFirst, void* ASecond) noexcept;
 
 } // namespace ZOStorage

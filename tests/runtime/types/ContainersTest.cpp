@@ -147,3 +147,29 @@ TEST(Storage, CopiesDeeply) {
     EXPECT_FALSE(copy->GetItem(1, ref));
     ZOStorage::Destroy(list, memory);
 }
+
+TEST(Map, TakesANewItemAtAnyPlace) {
+    TZOTypeLibrary types;
+    TZOValueHolder holder(types.NewMap(TZOTypeLibrary::Scalar(vkInteger)), true);
+    void* ref = nullptr;
+    holder.GetByRef(ref);
+    auto* map = static_cast<ZOMap*>(ref);
+    QStringList keys;
+    for (int i = 0; i < 40; ++i) {
+        const int place = i * 7 % (i + 1);
+        keys.insert(place, QString::number(i));
+        ASSERT_TRUE(map->Insert(place, QString::number(i), i % 2, ref));
+        if (i % 2)
+            *static_cast<qint32*>(ref) = i;
+        ASSERT_EQ(map->Keys(), keys);
+    }
+    for (int i = 0; i < 40; ++i) {
+        EXPECT_EQ(map->IndexOf(QString::number(i)), keys.indexOf(QString::number(i)));
+        ASSERT_EQ(map->GetItem(QString::number(i), ref), i % 2 == 1);
+        EXPECT_TRUE(i % 2 == 0 || *static_cast<qint32*>(ref) == i);
+    }
+    EXPECT_FALSE(map->Insert(0, QStringLiteral("7"), true, ref));
+    EXPECT_FALSE(map->Insert(41, QStringLiteral("new"), true, ref));
+    EXPECT_FALSE(map->Insert(-1, QStringLiteral("new"), true, ref));
+    EXPECT_EQ(map->Keys(), keys);
+}
