@@ -145,7 +145,10 @@ double Transfer(TDirection ADirection, bool AOurs) {
     }
     if (QFileInfo(received).size() != LargeBytes)
         throw std::runtime_error("not all of the file arrived");
-    return printed.toDouble();
+    const double megabytes = printed.toDouble();
+    if (megabytes < 0)
+        throw std::runtime_error("the peak of memory is not known");
+    return megabytes;
 }
 
 double Seconds(TDirection ADirection, bool AOurs) {

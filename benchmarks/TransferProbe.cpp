@@ -10,8 +10,6 @@
 #include <QCoreApplication>
 #include <QFile>
 
-#include <sys/resource.h>
-
 #include <cstdio>
 
 namespace {
@@ -48,6 +46,19 @@ void Upload(TZORestService& AService, POper AOper, const QString& AFile) {
     request.ExecRequest();
 }
 
+/// The peak since this program was loaded; getrusage counts what the process had before, as a copy of the one
+/// that started it.
+double PeakMegabytes() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith("VmHWM:"))
+                return line.mid(6).replace("kB", "").trimmed().toDouble() / 1024;
+        }
+    }
+    return -1;
+}
+
 } // namespace
 
 int main(int AArgc, char** AArgv) {
@@ -65,8 +76,6 @@ int main(int AArgc, char** AArgv) {
         std::fprintf(stderr, "%s\n", qPrintable(ExceptionMessage(e)));
         return 1;
     }
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    std::printf("%.1f\n", double(usage.ru_maxrss) / 1024);
+    std::printf("%.1f\n", PeakMegabytes());
     return 0;
 }

@@ -11,8 +11,8 @@ namespace {
 
 constexpr int WaitMs = 25;
 /// The transport hands over 16 KiB at a time; a destination is better served with more.
-constexpr qsizetype PendingBytes = 256 * 1024;
-constexpr long StreamBufferBytes = 256 * 1024;
+constexpr qsizetype PendingBytes = 64 * 1024;
+constexpr long StreamBufferBytes = 64 * 1024;
 /// Enough to read what a server says about a failure.
 constexpr qint64 MaxErrorBodyBytes = 64 * 1024;
 constexpr qint64 MaxHeaderBytes = 1024 * 1024;
@@ -31,7 +31,6 @@ bool TakesBody(const QByteArray& AMethod) {
 
 TZOCurlTransfer::TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchange& AExchange)
     : FMulti(AMulti), FEasy(AEasy), FExchange(AExchange) {
-    curl_easy_reset(FEasy);
     SetUpConnection();
     SetUpHeaders();
     SetUpBody();
@@ -40,7 +39,7 @@ TZOCurlTransfer::TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchan
 
 TZOCurlTransfer::~TZOCurlTransfer() {
     curl_multi_remove_handle(FMulti, FEasy);
-    // The handle outlives everything that it was told of.
+    // The handle outlives everything that it was told of, and the next transfer starts from nothing.
     curl_easy_reset(FEasy);
 }
 
@@ -150,9 +149,13 @@ CURLcode TZOCurlTransfer::Drive() {
     return message ? message->data.result : CURLE_FAILED_INIT;
 }
 
-void TZOCurlTransfer::CheckSilence() const {
+void TZOCurlTransfer::CheckSilence() {
     const auto limit = std::chrono::milliseconds(FExchange.Limits->StallTimeoutMs);
-    if (FIsConnected && TClock::now() - FLastActivity > limit)
+    const TClock::time_point now = TClock::now();
+    if (FHasActivity)
+        FLastActivity = now;
+    FHasActivity = false;
+    if (FIsConnected && now - FLastActivity > limit)
         throw EZOTimeoutError(
             QStringLiteral("%1 was silent for %2.")
                 .arg(FExchange.Url->Place(), SecondsText(FExchange.Limits->StallTimeoutMs)));
@@ -176,19 +179,20 @@ bool TZOCurlTransfer::IsForDestination() const {
     return FExchange.Destination && FResponse.Status / 100 == 2;
 }
 
-void TZOCurlTransfer::TakeHeaderLine(const QByteArray& ALine) {
+void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
     FHeaderBytes += ALine.size();
     if (FHeaderBytes > MaxHeaderBytes)
         throw EZOResponseTooLargeError(QStringLiteral("The headers that %1 answers with are larger than %2.")
                                            .arg(FExchange.Url->Place(), SizeText(MaxHeaderBytes)));
-    const QByteArray line = ALine.trimmed();
+    const QByteArrayView line = ALine.trimmed();
     if (line.startsWith("HTTP/")) {
-        const QList<QByteArray> words = line.split(' ');
+        const QList<QByteArray> words = line.toByteArray().split(' ');
         FResponse.Headers.clear();
         FResponse.Status = words.value(1).toInt();
         FResponse.Reason = words.mid(2).join(' ');
     } else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
-        FResponse.Headers.append({line.left(colon).trimmed(), line.mid(colon + 1).trimmed()});
+        FResponse.Headers.append(
+            {line.first(colon).trimmed().toByteArray(), line.sliced(colon + 1).trimmed().toByteArray()});
     }
 }
 
@@ -245,7 +249,7 @@ void TZOCurlTransfer::FinishDestination() {
 template <class TCall>
 bool TZOCurlTransfer::Guarded(TCall ACall) noexcept {
     try {
-        FLastActivity = TClock::now();
+        FHasActivity = true;
         return ACall();
     } catch (...) {
         FFailure = std::current_exception();
@@ -257,7 +261,7 @@ std::size_t TZOCurlTransfer::OnHeader(char* AData, std::size_t ASize, std::size_
     auto* self = static_cast<TZOCurlTransfer*>(ASelf);
     const auto size = ASize * ACount;
     const bool isTaken = self->Guarded([&] {
-        self->TakeHeaderLine(QByteArray(AData, static_cast<qsizetype>(size)));
+        self->TakeHeaderLine(QByteArrayView(AData, static_cast<qsizetype>(size)));
         return true;
     });
     return isTaken ? size : 0;
@@ -292,8 +296,7 @@ int TZOCurlTransfer::OnSeek(void* ASelf, curl_off_t AOffset, int AOrigin) {
 
 int TZOCurlTransfer::OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, curl_off_t, curl_off_t ASent) {
     auto* self = static_cast<TZOCurlTransfer*>(ASelf);
-    if (AReceived != self->FReceived || ASent != self->FSent)
-        self->FLastActivity = TClock::now();
+    self->FHasActivity |= AReceived != self->FReceived || ASent != self->FSent;
     self->FReceived = AReceived;
     self->FSent = ASent;
     return 0;
@@ -302,6 +305,6 @@ int TZOCurlTransfer::OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, c
 int TZOCurlTransfer::OnConnected(void* ASelf, char*, char*, int, int) {
     auto* self = static_cast<TZOCurlTransfer*>(ASelf);
     self->FIsConnected = true;
-    self->FLastActivity = TClock::now();
+    self->FHasActivity = true;
     return CURL_PREREQFUNC_OK;
 }

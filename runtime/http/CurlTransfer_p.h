@@ -25,7 +25,8 @@ struct TZOHttpExchange {
 
 class TZOCurlTransfer {
 public:
-    /// AEasy is set up anew; its connection stays with AMulti for the next exchange.
+    /// AEasy has no options set, and has none again when the transfer is destroyed; its connection stays with
+    /// AMulti for the next exchange.
     TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchange& AExchange);
     TZOCurlTransfer(const TZOCurlTransfer&) = delete;
     TZOCurlTransfer& operator=(const TZOCurlTransfer&) = delete;
@@ -42,11 +43,11 @@ private:
     void SetUpBody();
     void SetUpCallbacks();
     CURLcode Drive();
-    void CheckSilence() const;
+    void CheckSilence();
     void CheckIdle(TClock::time_point& ALast) const;
     [[noreturn]] void Fail(CURLcode ACode);
     void FinishDestination();
-    void TakeHeaderLine(const QByteArray& ALine);
+    void TakeHeaderLine(QByteArrayView ALine);
     bool TakeBody(const char* AData, qint64 ASize);
     bool TakeIntoMemory(const char* AData, qint64 ASize);
     void WritePending();
@@ -79,6 +80,7 @@ private:
     qint64 FReceived = 0;
     bool FIsConnected = false;
     bool FIsErrorBodyFull = false;
+    bool FHasActivity = false; ///< since silence was last checked
     TClock::time_point FLastActivity;
     std::exception_ptr FFailure;
     char FErrorText[CURL_ERROR_SIZE] = "";

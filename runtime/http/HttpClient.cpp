@@ -90,6 +90,8 @@ public:
     TZOHttpExchange& Exchange() noexcept { return FExchange; }
 
     QByteArray ShownUrl() const {
+        if (FRequest.CredentialQuery.isEmpty())
+            return FUrl.Text();
         TZOHttpUrl shown(FUrl.Text());
         shown.RemoveQuery(FRequest.CredentialQuery);
         return shown.Text();

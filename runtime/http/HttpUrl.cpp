@@ -18,8 +18,10 @@ void TZOHttpUrl::TRelease::operator()(CURLU* AHandle) const { curl_url_cleanup(A
 
 TZOHttpUrl::TZOHttpUrl(std::unique_ptr<CURLU, TRelease> AHandle) : FHandle(std::move(AHandle)) {
     FHost = Part(CURLUPART_HOST).toLower();
-    FOrigin =
-        Part(CURLUPART_SCHEME).toLower() + "://" + FHost + ':' + Part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
+}
+
+QByteArray TZOHttpUrl::Origin() const {
+    return Part(CURLUPART_SCHEME).toLower() + "://" + FHost + ':' + Part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
 }
 
 TZOHttpUrl::TZOHttpUrl(const QByteArray& AUrl)
@@ -52,7 +54,8 @@ TZOHttpUrl TZOHttpUrl::Resolved(const QByteArray& ALocation) const {
     curl_url_set(handle.get(), CURLUPART_PASSWORD, nullptr, 0);
     curl_url_set(handle.get(), CURLUPART_FRAGMENT, nullptr, 0);
     TZOHttpUrl target(std::move(handle));
-    if (!target.FOrigin.startsWith("http://") && !target.FOrigin.startsWith("https://"))
+    const QByteArray origin = target.Origin();
+    if (!origin.startsWith("http://") && !origin.startsWith("https://"))
         refuse();
     return target;
 }
@@ -70,9 +73,15 @@ bool TZOHttpUrl::IsLoopback() const {
     return FHost == "localhost" || FHost == "[::1]" || FHost.startsWith("127.");
 }
 
-QString TZOHttpUrl::Place() const { return QString::fromUtf8(FOrigin.mid(FOrigin.indexOf("//") + 2)); }
+QString TZOHttpUrl::Place() const {
+    const QByteArray origin = Origin();
+    return QString::fromUtf8(origin.mid(origin.indexOf("//") + 2));
+}
 
 QByteArray TZOHttpUrl::Text() const {
+    const QByteArray whole = Part(CURLUPART_URL);
+    if (!whole.contains('@'))
+        return whole;
     TZOHttpUrl bare(std::unique_ptr<CURLU, TRelease>(curl_url_dup(FHandle.get())));
     curl_url_set(bare.Handle(), CURLUPART_USER, nullptr, 0);
     curl_url_set(bare.Handle(), CURLUPART_PASSWORD, nullptr, 0);

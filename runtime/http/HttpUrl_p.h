@@ -19,7 +19,7 @@ public:
     /// EZORedirectError for what is no address, and for other schemes than http and https.
     TZOHttpUrl Resolved(const QByteArray& ALocation) const;
 
-    bool IsSameOrigin(const TZOHttpUrl& AOther) const { return FOrigin == AOther.FOrigin; }
+    bool IsSameOrigin(const TZOHttpUrl& AOther) const { return Origin() == AOther.Origin(); }
     /// Whether the host is this machine itself.
     bool IsLoopback() const;
     /// "host:port", for messages.
@@ -41,8 +41,9 @@ private:
 
     explicit TZOHttpUrl(std::unique_ptr<CURLU, TRelease> AHandle);
     QByteArray Part(int AWhat, unsigned AFlags = 0) const;
+    /// "scheme://host:port".
+    QByteArray Origin() const;
 
     std::unique_ptr<CURLU, TRelease> FHandle;
     QByteArray FHost;
-    QByteArray FOrigin;
 };
