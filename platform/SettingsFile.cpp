@@ -42,6 +42,14 @@ constexpr const char* Tables =
     Raise(AFileName, QString::fromLocal8Bit(std::strerror(errno)));
 }
 
+// SQLite's own waiting sleeps ever longer, and a writer that writes without pause would never let it in.
+int WaitForOthers(void*, int ATurn) {
+    if (ATurn >= BusyTimeoutMs)
+        return 0;
+    ::usleep(1000);
+    return 1;
+}
+
 bool IsDamage(int ACode) { return (ACode & 0xFF) == SQLITE_CORRUPT || (ACode & 0xFF) == SQLITE_NOTADB; }
 
 // A file is read through once per process; after that damage shows in the statement that meets it.
@@ -142,7 +150,7 @@ TZOSettingsFile::TZOSettingsFile(const QString& AFileName) : FFileName(AFileName
         Raise(AFileName, reason);
     }
     sqlite3_extended_result_codes(FHandle, 1);
-    sqlite3_busy_timeout(FHandle, BusyTimeoutMs);
+    sqlite3_busy_handler(FHandle, WaitForOthers, nullptr);
 }
 
 TZOSettingsFile::~TZOSettingsFile() {
@@ -162,6 +170,8 @@ TZOSettingsFile::TVerdict TZOSettingsFile::Judge(QString& AReason) {
 }
 
 TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
+    // One look at all of it: another process may just be making the tables.
+    BeginReading();
     const qint64 format = Number("PRAGMA user_version");
     const bool isOurs = Number("PRAGMA application_id") == ApplicationId;
     if (!isOurs && Number("SELECT count(*) FROM sqlite_master") != 0)
@@ -180,6 +190,7 @@ TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
             return veDamaged;
         CheckedFiles().insert(FFileName);
     }
+    Commit();
     // Tokens and secrets must not stay readable in the file after they were deleted.
     Execute("PRAGMA secure_delete=ON");
     return veUsable;

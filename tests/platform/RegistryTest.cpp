@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -63,6 +65,32 @@ protected:
         shell.start(QStringLiteral("sqlite3"), {FileName(), ASql});
         ASSERT_TRUE(shell.waitForFinished());
         ASSERT_EQ(shell.exitCode(), 0);
+    }
+    /// Calls AWrite("child") in a process of its own and AWrite("parent") in this one at the same time.
+    template <typename TWrite>
+    static void BesideAnotherProcess(TWrite AWrite) {
+        int start[2] = {};
+        ASSERT_EQ(::pipe(start), 0);
+        const pid_t child = ::fork();
+        char ready = 0;
+        if (child == 0) {
+            EXPECT_EQ(::write(start[1], &ready, 1), 1);
+            try {
+                AWrite(QStringLiteral("child"));
+            } catch (const std::exception& e) {
+                std::fprintf(stderr, "child: %s\n", e.what());
+                ::_exit(1);
+            }
+            ::_exit(0);
+        }
+        ASSERT_GT(child, 0);
+        EXPECT_EQ(::read(start[0], &ready, 1), 1);
+        ::close(start[0]);
+        ::close(start[1]);
+        EXPECT_NO_THROW(AWrite(QStringLiteral("parent")));
+        int status = -1;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
     }
     QStringList SetAside() const {
         return QDir(Folder()).entryList({QStringLiteral("settings.db.damaged-*")}, QDir::Files);
@@ -244,28 +272,25 @@ TEST_F(Registry, LeavesNoTraceOfADeletedSecretInTheFile) {
 
 TEST_F(Registry, LosesNoWriteOfTwoProcesses) {
     constexpr int count = 40;
-    const auto writeAll = [](const char* AWho) {
+    BesideAnotherProcess([](const QString& AWho) {
         for (int i = 0; i < count; ++i)
-            Write(Key + u'\\' + QLatin1String(AWho) + QString::number(i), QStringLiteral("v"),
-                  QString::number(i));
-    };
-    const pid_t child = ::fork();
-    if (child == 0) {
-        try {
-            writeAll("child");
-        } catch (...) {
-            ::_exit(1);
-        }
-        ::_exit(0);
-    }
-    ASSERT_GT(child, 0);
-    writeAll("parent");
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+            Write(Key + u'\\' + AWho + QString::number(i), QStringLiteral("v"), QString::number(i));
+    });
     TRegistry registry;
     ASSERT_TRUE(registry.OpenKeyReadOnly(Key));
     EXPECT_EQ(registry.GetKeyNames().size(), 2 * count);
+    EXPECT_EQ(FReports, QStringList());
+}
+
+TEST_F(Registry, TakesAFileThatAnotherProcessIsJustStartingForItsOwn) {
+    for (int round = 0; round < 60; ++round) {
+        const QString file = FFolder.filePath(QStringLiteral("%1/settings.db").arg(round));
+        qputenv("ZO_SETTINGS_FILE", file.toUtf8());
+        BesideAnotherProcess(
+            [](const QString& AWho) { Write(Key + u'\\' + AWho, QStringLiteral("v"), AWho); });
+        EXPECT_EQ(Read(Key + QStringLiteral("\\child"), QStringLiteral("v")), QStringLiteral("child"));
+        EXPECT_EQ(Read(Key + QStringLiteral("\\parent"), QStringLiteral("v")), QStringLiteral("parent"));
+    }
     EXPECT_EQ(FReports, QStringList());
 }
 
