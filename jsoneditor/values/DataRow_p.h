@@ -53,6 +53,8 @@ public:
     QString Pointer() const;
     /// Pointer, type and description, in lines.
     QString Hint() const;
+    /// The texts that may stand in the value chunk; empty when any may.
+    QStringList Choices() const;
     /// The row of a value right below this one, or null. In a list this does not walk the elements.
     TDataRow* ChildAt(const TZOPathStep& AStep);
     /// The first row on the way down to this one without a stored value; null when there is none.

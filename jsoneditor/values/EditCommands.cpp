@@ -1,4 +1,5 @@
 // Commands on the selected row: undo, copy and paste by key, and all of them in the context menu.
+#include "jsoneditor/values/ChoiceList_p.h"
 #include "jsoneditor/values/DataRow_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
@@ -28,6 +29,10 @@ bool IsClipboardKey(int AKey, Qt::KeyboardModifiers AShift) {
     return (AKey == Qt::Key_C || AKey == Qt::Key_V) && AShift == Qt::ControlModifier;
 }
 
+bool IsChoicesKey(int AKey, Qt::KeyboardModifiers AShift) {
+    return AKey == Qt::Key_Space && AShift == Qt::ControlModifier;
+}
+
 } // namespace
 
 TZOObjectDataSource::TDataRow* TZOObjectDataSource::SelectedDataRow() const {
@@ -40,7 +45,7 @@ TZOObjectDataSource::TDataRow* TZOObjectDataSource::SelectedDataRow() const {
 bool TZOObjectDataSource::WantsKey(int AKey, Qt::KeyboardModifiers AShift) const {
     const bool moves = (AKey == Qt::Key_Up || AKey == Qt::Key_Down) && AShift == Qt::AltModifier;
     return moves || IsUndoKey(AKey, AShift) || IsRedoKey(AKey, AShift) || IsClipboardKey(AKey, AShift) ||
-           TZODataSource::WantsKey(AKey, AShift);
+           IsChoicesKey(AKey, AShift) || TZODataSource::WantsKey(AKey, AShift);
 }
 
 bool TZOObjectDataSource::EditKey(int AKey, Qt::KeyboardModifiers AShift) {
@@ -53,10 +58,45 @@ bool TZOObjectDataSource::EditKey(int AKey, Qt::KeyboardModifiers AShift) {
         undoes ? Undo() : Redo();
         return true;
     }
+    if (IsChoicesKey(AKey, AShift)) {
+        ShowChoices();
+        return true;
+    }
     if (!IsClipboardKey(AKey, AShift) || View()->EditorShown())
         return false;
     AKey == Qt::Key_C ? CopyJson() : PasteJson();
     return true;
+}
+
+void TZOObjectDataSource::ShowChoices() {
+    CloseChoices();
+    TRow* row = SelectedRow();
+    const QStringList choices = row && row->AsDataRow() ? row->AsDataRow()->Choices() : QStringList();
+    if (choices.isEmpty())
+        return;
+    TZORestView* view = View();
+    if (!view->EditorShown())
+        view->SelectRow(row, seLastChunk);
+    // A row that needs its key first has no editor for its value.
+    if (!view->EditorShown() || view->Editor()->ChunkId() != chValue)
+        return;
+    FChoices = new TZOChoiceList(view, choices);
+    QObject::connect(FChoices, &TZOChoiceList::Closed, FChoices, [this] { CloseChoices(); });
+    QObject::connect(FChoices, &TZOChoiceList::Chosen, FChoices, [this, view](const QString& AText) {
+        CloseChoices();
+        view->Editor()->setText(AText);
+        view->TryCloseEditor(true);
+    });
+}
+
+void TZOObjectDataSource::CloseChoices() {
+    TZOChoiceList* choices = FChoices;
+    FChoices = nullptr;
+    if (!choices)
+        return;
+    choices->hide();
+    // It may be in the middle of telling that it wants to go.
+    choices->deleteLater();
 }
 
 void TZOObjectDataSource::CopyJson() {

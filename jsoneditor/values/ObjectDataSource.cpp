@@ -1,5 +1,6 @@
 #include "jsoneditor/values/ObjectDataSource.h"
 
+#include "jsoneditor/values/ChoiceList_p.h"
 #include "jsoneditor/values/EditHistory_p.h"
 #include "jsoneditor/values/RootRow_p.h"
 #include "jsoneditor/view/RestView.h"
@@ -16,6 +17,7 @@ TZOObjectDataSource::TZOObjectDataSource(const TZOTypeInfo* AType, const void* A
       FInitialInsMode(AStartInInsertMode) {}
 
 TZOObjectDataSource::~TZOObjectDataSource() {
+    CloseChoices();
     // While the rows can still reach what they keep here.
     if (View())
         Clear();
@@ -52,7 +54,9 @@ void TZOObjectDataSource::RowEdited(TZOViewRow* ARow, int AChunkId, const QStrin
 }
 
 void TZOObjectDataSource::KeyDown(int& AKey, Qt::KeyboardModifiers AShift) {
-    if (AKey == Qt::Key_Escape) {
+    if (FChoices && FChoices->TakeKey(AKey, AShift)) {
+        AKey = 0;
+    } else if (AKey == Qt::Key_Escape) {
         if (!View()->EditorShown()) {
             SelectStoredRow();
             CancelInsertMode();

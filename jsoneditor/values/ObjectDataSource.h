@@ -5,11 +5,14 @@
 #include "runtime/types/Streams.h"
 #include "runtime/types/ValueHolder.h"
 
+#include <QPointer>
+
 #include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
+class TZOChoiceList;
 struct TZOPathStep;
 
 /// A typed value in a JSON-like notation: one row for each property, element or item, containers between
@@ -108,6 +111,8 @@ public:
     /// string as it is. Raises EZOJsonError, which names the place, when it does not fit the type; nothing
     /// has changed then.
     void PasteJson();
+    /// Opens the selected row's allowed values as a list below its editor; without such nothing happens.
+    void ShowChoices();
     /// The row's JSON pointer (RFC 6901), its type, and what is known about it.
     QString RowHint(TZOViewRow* ARow) override;
 
@@ -165,6 +170,9 @@ private:
     const TZOTypeInfo* FType;
     std::unique_ptr<TZOValueHolder> FValue;
     bool FInitialInsMode;
+    void CloseChoices();
+
+    QPointer<TZOChoiceList> FChoices;
     TChanges FUndo;
     TChanges FRedo;
     std::unordered_map<const TRow*, TInsertMode> FInsertModes;

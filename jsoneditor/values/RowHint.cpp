@@ -4,6 +4,8 @@
 #include "jsoneditor/values/MapItem_p.h"
 #include "jsoneditor/values/ObjectProp_p.h"
 
+#include "platform/TextConversion.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -66,6 +68,12 @@ QString TZOObjectDataSource::TDataRow::Hint() const {
     if (!Type()->AllowedValues().isEmpty())
         lines.append(Tr("One of: %1").arg(Type()->AllowedValues().join(QStringLiteral(", "))));
     return lines.join(QLatin1Char('\n'));
+}
+
+QStringList TZOObjectDataSource::TDataRow::Choices() const {
+    if (Type()->Kind() == vkBoolean && Type()->AllowedValues().isEmpty())
+        return {BoolToStr(true), BoolToStr(false)};
+    return Type()->AllowedValues();
 }
 
 QString TZOObjectDataSource::RowHint(TZOViewRow* ARow) {

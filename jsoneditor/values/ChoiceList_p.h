@@ -1,0 +1,37 @@
+// The values that a row may have, as a list below its editor.
+#pragma once
+
+#include <QListWidget>
+#include <QPointer>
+#include <QStringList>
+
+class TZOInplaceEditor;
+class TZORestView;
+
+/// A list over the window of a view, that never takes the focus: the editor keeps it, and the data source
+/// passes on the keys that belong to the list while it is open. It closes with the editor.
+class TZOChoiceList : public QListWidget {
+    Q_OBJECT
+public:
+    /// Opens below AView's editor, which must be shown, on the choice that starts with its text.
+    TZOChoiceList(TZORestView* AView, const QStringList& AChoices);
+
+    /// Up, Down, Enter and Escape; false for any other key.
+    bool TakeKey(int AKey, Qt::KeyboardModifiers AShift);
+
+signals:
+    /// The user has made his choice; the list closes.
+    void Chosen(const QString& AText);
+    /// The list has lost its editor, or the user does not want it any more.
+    void Closed();
+
+protected:
+    bool eventFilter(QObject* AObject, QEvent* AEvent) override;
+
+private:
+    void Place();
+    void MoveToTyped();
+    void Choose();
+
+    QPointer<TZOInplaceEditor> FEditor;
+};
