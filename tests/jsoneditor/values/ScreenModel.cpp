@@ -130,7 +130,8 @@ void TScreenModel::Type(int ARow, const QString& AText) {
     TNode* node = Store(ARow);
     if (!node)
         return;
-    const bool isText = FRows[static_cast<size_t>(ARow)].Key == QLatin1String("s");
+    const QString& key = FRows[static_cast<size_t>(ARow)].Key;
+    const bool isText = key.size() == 2 && key.startsWith(QLatin1Char('s'));
     bool isNumber = false;
     const int number = AText.toInt(&isNumber);
     if (isText) {

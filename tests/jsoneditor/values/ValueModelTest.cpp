@@ -9,27 +9,44 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 namespace {
 
-/// A type with every kind of container, in itself again.
-const ZOObject::TTypeInfo* MakeNode(TValueTypes& ATypes) {
+/// A type of random properties, with containers of every kind, in themselves again. What the account knows
+/// about a row's type it sees from the key: "s" is a text, "map" a map, "shape" an object of two subtypes.
+const ZOObject::TTypeInfo* MakeNode(TValueTypes& ATypes, QRandomGenerator& ARandom) {
     TZOTypeLibrary& library = ATypes.Library;
     TZOObjectBuilder node = library.NewObject(QStringLiteral("Node"));
     const auto* type = node.Type();
     const auto* choice = library.NewUnion(QStringLiteral("Pick"), QStringLiteral("kind"), ufTagged)
                              .Tag(QStringLiteral("number"), ATypes.Integer)
+                             .Tag(QStringLiteral("list"), ATypes.Numbers)
                              .Tag(QStringLiteral("node"), type)
                              .Tag(QStringLiteral("none"), nullptr)
                              .Type();
-    node.Property(QStringLiteral("n"), ATypes.Integer)
-        .Property(QStringLiteral("s"), ATypes.String)
-        .Property(QStringLiteral("list"), ATypes.Numbers)
-        .Property(QStringLiteral("nodes"), library.NewList(type))
-        .Property(QStringLiteral("shapes"), library.NewList(ATypes.Shape))
-        .Property(QStringLiteral("map"), ATypes.Scores)
-        .Property(QStringLiteral("mapOfLists"), library.NewMap(ATypes.Numbers))
-        .Property(QStringLiteral("pick"), choice)
-        .Property(QStringLiteral("shape"), ATypes.Shape);
+    const std::pair<const char*, const TZOTypeInfo*> offered[] = {
+        {"n", ATypes.Integer},
+        {"s", ATypes.String},
+        {"list", ATypes.Numbers},
+        {"lists", library.NewList(ATypes.Numbers)},
+        {"nodes", library.NewList(type)},
+        {"picks", library.NewList(choice)},
+        {"shapes", library.NewList(ATypes.Shape)},
+        {"map", ATypes.Scores},
+        {"mapOfLists", library.NewMap(ATypes.Numbers)},
+        {"mapOfNodes", library.NewMap(type)},
+        {"pick", choice},
+        {"shape", ATypes.Shape},
+        {"node", type},
+    };
+    const int count = 4 + ARandom.bounded(6);
+    for (int i = 0; i < count; ++i) {
+        const auto& [name, property] = offered[ARandom.bounded(static_cast<int>(std::size(offered)))];
+        node.Property(QLatin1String(name) + QString::number(i), property);
+    }
     return type;
 }
 
@@ -39,43 +56,116 @@ QByteArray Canonical(const QJsonValue& AValue) {
 
 class TRandomUser {
 public:
-    explicit TRandomUser(quint32 ASeed) : FRandom(ASeed) {}
+    explicit TRandomUser(quint32 ASeed) : FRandom(ASeed) {
+        // Painting what nobody looks at would take most of the time.
+        FFresh.Window.setUpdatesEnabled(false);
+        FView.View.resize(320, 2500);
+        FView.Window.resize(320, 2500);
+        FView.Window.activateWindow();
+        FView.View.setFocus();
+        Store();
+    }
 
+    /// Does one thing, which may be to take one back.
     void Act() {
         FModel.Read(FView.Lines());
         const int row = FRandom.bounded(static_cast<int>(FModel.Rows().size()));
         Done = FModel.Rows()[static_cast<size_t>(row)].Line;
-        if (FModel.Rows().size() > 110)
+        if (FModel.Rows().size() > MaxRows)
             Press(0, "Ctrl+Delete");
+        else if (const int dice = FRandom.bounded(100); dice < 8)
+            Step(dice < 5);
         else
             ActOn(row);
         if (!FView.Shown.isEmpty()) {
-            FView.Press("Escape F5");
+            FView.Press("Escape");
             FView.Shown.clear();
         }
+        FView.Press("F5");
+        Store();
+    }
+
+    /// One step back or forward in the history; the account goes to the value before or after, unless it was
+    /// a step that only concerned rows.
+    void Step(bool ABack) {
+        Done = ABack ? "Ctrl+Z" : "Ctrl+Y";
+        FView.Press("Escape " + Done);
+        if (FView.Json() == FStates[FState].Json)
+            return;
+        FState += ABack ? -1 : 1;
+        ASSERT_LT(FState, FStates.size());
+        FModel.Root = FStates[FState].Root;
+        EXPECT_EQ(FView.Json().toStdString(), FStates[FState].Json.toStdString())
+            << "after " + Done.toStdString();
+    }
+
+    void UndoAll() {
+        FView.Press("Escape Escape");
+        while (FView.Source.CanUndo() && !testing::Test::HasFailure())
+            Step(true);
+        EXPECT_EQ(FState, 0u);
+        EXPECT_EQ(FView.Json().toStdString(), "null");
+    }
+
+    void RedoAll() {
+        while (FView.Source.CanRedo() && !testing::Test::HasFailure())
+            Step(false);
+        EXPECT_EQ(FState, FStates.size() - 1);
+        EXPECT_EQ(FView.Json().toStdString(), FStates.back().Json.toStdString());
     }
 
     QByteArray Expected() const { return Canonical(FModel.Root.ToJson()); }
     QByteArray Actual() const {
         return Canonical(QJsonDocument::fromJson('[' + FView.Json() + ']').array().at(0));
     }
-    /// The rows in an order of their own: they may have been moved.
-    static QStringList Sorted(const TValueView& AView) {
-        QStringList lines = AView.Lines();
-        lines.sort();
-        return lines;
-    }
+
+    /// The rows are those of a new view of the value, in an order of their own, as they may have been moved.
     void ExpectFreshRows() {
-        FView.Press("Escape Escape F5");
-        TValueView fresh(&FView.Holder);
-        EXPECT_EQ(Sorted(FView), Sorted(fresh)) << FView.Rows().toStdString();
-        FView.Window.activateWindow();
-        FView.View.setFocus();
+        FFresh.View.SetDataSource(nullptr);
+        FFresh.View.SetDataSource(&FFresh.Source);
+        QStringList fresh = StoredLines(FFresh.Lines());
+        QStringList rows = StoredLines(FView.Lines());
+        // Open on nothing, the outermost container shows its brackets; a tag that was picked hides the old.
+        const bool isOpenOnNothing = fresh == QStringList("null");
+        const auto isPicked = [](const QString& ALine) { return ALine.trimmed().startsWith("~kind:"); };
+        const QStringList all = FView.Lines();
+        if (isOpenOnNothing || std::any_of(all.begin(), all.end(), isPicked))
+            return;
+        fresh.sort();
+        rows.sort();
+        EXPECT_EQ(rows, fresh) << FView.Rows().toStdString();
     }
 
     QString Done;
 
 private:
+    static constexpr size_t MaxRows = 70;
+    struct TState {
+        QByteArray Json;
+        TNode Root;
+    };
+
+    /// Without what insert mode offers.
+    static QStringList StoredLines(const QStringList& ALines) {
+        QStringList stored;
+        std::copy_if(ALines.begin(), ALines.end(), std::back_inserter(stored),
+                     [](const QString& ALine) { return !ALine.trimmed().startsWith('~'); });
+        return stored;
+    }
+
+    /// Notes the value if it is another than the last; what could have been made again is forgotten then.
+    void Store() {
+        const QByteArray json = FView.Json();
+        // A moved row is no other value, but nothing can be made again after it.
+        if (!FView.Source.CanRedo() && !FStates.empty())
+            FStates.resize(FState + 1);
+        if (!FStates.empty() && json == FStates[FState].Json)
+            return;
+        if (!FStates.empty())
+            FStates.resize(++FState);
+        FStates.push_back({json, FModel.Root});
+    }
+
     void ActOn(int ARow) {
         const TScreenRow& row = FModel.Rows()[static_cast<size_t>(ARow)];
         const int dice = FRandom.bounded(100);
@@ -154,8 +244,9 @@ private:
     bool IsShape(int ARow) const {
         const TScreenRow& row = FModel.Rows()[static_cast<size_t>(ARow)];
         const int parent = FModel.ParentOf(ARow);
-        return row.Key == "shape" ||
-               (parent >= 0 && FModel.Rows()[static_cast<size_t>(parent)].Key == "shapes");
+        const bool isShape = row.Key.startsWith("shape") && !row.Key.startsWith("shapes");
+        return isShape || (!row.HasKey && parent >= 0 &&
+                           FModel.Rows()[static_cast<size_t>(parent)].Key.startsWith("shapes"));
     }
 
     int NumberOf(int ARow) const {
@@ -166,28 +257,41 @@ private:
         return number;
     }
 
-    TValueTypes FTypes;
-    TValueView FView{MakeNode(FTypes)};
-    TScreenModel FModel;
     QRandomGenerator FRandom;
+    TValueTypes FTypes;
+    TZOValueHolder FHolder{MakeNode(FTypes, FRandom), true};
+    TValueView FFresh{&FHolder};
+    TValueView FView{&FHolder};
+    TScreenModel FModel;
+    std::vector<TState> FStates;
+    size_t FState = 0;
 };
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr int Actions = 100;
+#else
+constexpr int Actions = 1000;
+#endif
 
 class RandomEdits : public testing::TestWithParam<quint32> {};
 
 } // namespace
 
-TEST_P(RandomEdits, LeaveTheValueThatAnIndependentAccountExpects) {
+TEST_P(RandomEdits, LeaveTheValueThatAnIndependentAccountExpectsAndCanAllBeTakenBack) {
     TRandomUser user(GetParam());
     QStringList history;
-    for (int i = 0; i < 1000 && !HasFailure(); ++i) {
+    for (int i = 0; i < Actions && !HasFailure(); ++i) {
         user.Act();
         history.append(user.Done);
-        ASSERT_EQ(user.Actual().toStdString(), user.Expected().toStdString())
-            << "after\n"
-            << history.mid(qMax(0, i - 8)).join(QLatin1Char('\n')).toStdString();
-        if (i % 50 == 49)
-            user.ExpectFreshRows();
+        const auto last = [&] { return history.mid(qMax(0, i - 8)).join(QLatin1Char('\n')).toStdString(); };
+        ASSERT_EQ(user.Actual().toStdString(), user.Expected().toStdString()) << "after\n" << last();
+        user.ExpectFreshRows();
+        ASSERT_FALSE(HasFailure()) << "after\n" << last();
     }
+    user.UndoAll();
+    user.ExpectFreshRows();
+    user.RedoAll();
+    user.ExpectFreshRows();
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Values(1u, 2u, 3u, 4u, 5u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Range(1u, 51u));
