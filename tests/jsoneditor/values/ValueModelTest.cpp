@@ -59,8 +59,8 @@ public:
     explicit TRandomUser(quint32 ASeed) : FRandom(ASeed) {
         // Painting what nobody looks at would take most of the time.
         FFresh.Window.setUpdatesEnabled(false);
-        FView.View.resize(320, 2500);
-        FView.Window.resize(320, 2500);
+        FView.View.resize(700, 2500);
+        FView.Window.resize(700, 2500);
         FView.Window.activateWindow();
         FView.View.setFocus();
         Store();
