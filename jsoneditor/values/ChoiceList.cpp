@@ -2,8 +2,10 @@
 
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
+#include "platform/IdeTheming.h"
 
 #include <QEvent>
+#include <QScreen>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -20,37 +22,61 @@ TZOChoiceList::TZOChoiceList(TZORestView* AView, const QStringList& AChoices)
     setAccessibleName(tr("Allowed values"));
     setFocusPolicy(Qt::NoFocus);
     setUniformItemSizes(true);
+    // The style's own frame is lost on a dark ground.
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText,
+                     TZOIdeTheming::Blend(colours.color(QPalette::Base), colours.color(QPalette::Text), 2));
+    setPalette(colours);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFont(AView->font());
     addItems(AChoices);
     MoveToTyped();
+    if (currentRow() < 0)
+        setCurrentRow(0);
     Place();
     show();
     raise();
-    FEditor->installEventFilter(this);
-    AView->installEventFilter(this);
+    // A scroll box may carry the view along, which hears nothing of it.
+    for (QWidget* widget = FEditor; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
+        widget->installEventFilter(this);
     connect(FEditor, &QLineEdit::textEdited, this, &TZOChoiceList::MoveToTyped);
     connect(this, &QListWidget::itemClicked, this, &TZOChoiceList::Choose);
 }
 
 void TZOChoiceList::Place() {
+    const int rowHeight = sizeHintForRow(0);
     const int rows = std::min(count(), MaxRows);
-    const int height = rows * sizeHintForRow(0) + 2 * frameWidth();
-    const int width = sizeHintForColumn(0) + 2 * frameWidth() +
-                      (count() > rows ? verticalScrollBar()->sizeHint().width() : 0) +
-                      fontMetrics().averageCharWidth();
-    const QRect room = parentWidget()->rect();
     const QRect editor(FEditor->mapTo(parentWidget(), QPoint()), FEditor->size());
-    const bool below = editor.bottom() + 1 + height <= room.bottom() || editor.top() - height < room.top();
-    const int top = below ? editor.bottom() + 1 : editor.top() - height;
-    const int left = std::clamp(editor.left(), 0, std::max(0, room.width() - width));
-    setGeometry(left, top, std::min(width, room.width()), std::min(height, room.bottom() + 1 - top));
+    const QRect room = Room();
+    const int above = editor.top() - room.top();
+    const int below = room.bottom() - editor.bottom();
+    const int wanted = rows * rowHeight + 2 * frameWidth();
+    const bool isBelow = wanted <= below || below >= above;
+    const int height = std::min(wanted, std::max(isBelow ? below : above, rowHeight + 2 * frameWidth()));
+    const bool scrolls = count() > rows || height < wanted;
+    const int width = std::min(sizeHintForColumn(0) + 2 * frameWidth() + fontMetrics().averageCharWidth() +
+                                   (scrolls ? verticalScrollBar()->sizeHint().width() : 0),
+                               room.width());
+    const int left = std::clamp(editor.left(), room.left(), room.right() + 1 - width);
+    setGeometry(left, isBelow ? editor.bottom() + 1 : editor.top() - height, width, height);
+}
+
+QRect TZOChoiceList::Room() const {
+    const QWidget* window = parentWidget();
+    const QRect screen = window->screen()->availableGeometry();
+    const QRect inSight = window->rect() & QRect(window->mapFromGlobal(screen.topLeft()), screen.size());
+    return inSight.isEmpty() ? window->rect() : inSight;
 }
 
 void TZOChoiceList::MoveToTyped() {
     const QString typed = FEditor->text();
-    const auto matches = findItems(typed, Qt::MatchStartsWith);
-    setCurrentItem(matches.isEmpty() ? item(0) : matches.first());
+    auto matches = findItems(typed, Qt::MatchExactly);
+    if (matches.isEmpty())
+        matches = findItems(typed, Qt::MatchStartsWith);
+    setCurrentItem(matches.isEmpty() ? nullptr : matches.first());
+    if (matches.isEmpty())
+        clearSelection();
 }
 
 bool TZOChoiceList::TakeKey(int AKey, Qt::KeyboardModifiers AShift) {
@@ -58,12 +84,15 @@ bool TZOChoiceList::TakeKey(int AKey, Qt::KeyboardModifiers AShift) {
         return false;
     switch (AKey) {
     case Qt::Key_Up:
-        setCurrentRow((currentRow() + count() - 1) % count());
+        setCurrentRow((std::max(currentRow(), 0) + count() - 1) % count());
         return true;
     case Qt::Key_Down:
         setCurrentRow((currentRow() + 1) % count());
         return true;
     case Qt::Key_Return:
+        // What was typed is none of these: the editor has it.
+        if (!currentItem())
+            return false;
         Choose();
         return true;
     case Qt::Key_Escape:
@@ -77,11 +106,17 @@ bool TZOChoiceList::TakeKey(int AKey, Qt::KeyboardModifiers AShift) {
 void TZOChoiceList::Choose() { emit Chosen(currentItem()->text()); }
 
 bool TZOChoiceList::eventFilter(QObject* AObject, QEvent* AEvent) {
-    const bool isEditor = AObject == FEditor;
     const QEvent::Type type = AEvent->type();
-    if (type == QEvent::Hide || (isEditor && type == QEvent::FocusOut))
+    if (type == QEvent::Hide || (AObject == FEditor && type == QEvent::FocusOut))
         emit Closed();
     else if (type == QEvent::Move || type == QEvent::Resize)
-        Place();
+        Follow();
     return QListWidget::eventFilter(AObject, AEvent);
+}
+
+void TZOChoiceList::Follow() {
+    if (FEditor->visibleRegion().isEmpty())
+        emit Closed();
+    else
+        Place();
 }

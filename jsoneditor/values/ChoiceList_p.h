@@ -16,7 +16,8 @@ public:
     /// Opens below AView's editor, which must be shown, on the choice that starts with its text.
     TZOChoiceList(TZORestView* AView, const QStringList& AChoices);
 
-    /// Up, Down, Enter and Escape; false for any other key.
+    /// Up, Down, Enter and Escape; false for any other key, and for Enter when the text in the editor is the
+    /// beginning of none of the values.
     bool TakeKey(int AKey, Qt::KeyboardModifiers AShift);
 
 signals:
@@ -30,6 +31,10 @@ protected:
 
 private:
     void Place();
+    /// The part of the window that is on the screen.
+    QRect Room() const;
+    /// Goes along with the editor; closes when it has left the window.
+    void Follow();
     void MoveToTyped();
     void Choose();
 
