@@ -65,7 +65,9 @@ struct TZOSecurityAlternative {
 /// EZORequestValueError that names it.
 struct TZOHttpBinding {
     QByteArray Method = "GET";
-    QString Path;                        ///< under the service's address, with {name} for path parameters
+    QString Path; ///< under the service's address, with {name} for path parameters
+    /// The operation's own address; used while the service's is still that of its class.
+    QString Server;
     std::vector<TZOParamBinding> Params; ///< properties not listed are never sent
     /// The alternatives that authenticate this operation, when they are not the class's.
     bool HasOwnSecurity = false;

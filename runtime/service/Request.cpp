@@ -96,8 +96,13 @@ const TZOTypeInfo* ZORequest::Type() const { return FOper->Request; }
 
 void* ZORequest::Data() { return &FValue->Object; }
 
+QString ZORequest::ServerUrl() const {
+    const bool isMoved = FService->ServerUrl() != FService->TypeInfo()->BaseUrl();
+    return isMoved || FOper->Http.Server.isEmpty() ? FService->ServerUrl() : FOper->Http.Server;
+}
+
 TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
-    TZOHttpRequest request = TZORequestBuilder(*FOper, FValue->Object).Build(FService->ServerUrl());
+    TZOHttpRequest request = TZORequestBuilder(*FOper, FValue->Object).Build(ServerUrl());
     Credentials::Apply(*FService, *FOper, request);
     request.Destination = ADestination;
     TZOHttpResponse answer = FService->HttpClient().Execute(request);

@@ -34,6 +34,7 @@ public:
 private:
     struct TValue;
 
+    QString ServerUrl() const;
     TZOHttpResponse Send(QIODevice* ADestination);
 
     TZORestService* FService;

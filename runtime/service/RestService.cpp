@@ -94,5 +94,17 @@ bool TZORestService::TTypeInfo::NeedsCredentials() const {
 POper TZORestService::TTypeInfo::FindOper(const TZOTypeInfo* ARequest) const {
     const auto found =
         std::find_if(Opers().begin(), Opers().end(), [&](const TOper& o) { return o.Request == ARequest; });
-    return found == Opers().end() ? nullptr : &*found;
+    if (found == Opers().end())
+        return nullptr;
+    Complete(&*found);
+    return &*found;
+}
+
+void TZORestService::TTypeInfo::Complete(POper AOper) const {
+    if (AOper->IsComplete)
+        return;
+    const auto index = static_cast<std::size_t>(AOper - FDeclaration.Opers.data());
+    TOper& oper = FDeclaration.Opers.at(index);
+    oper.IsComplete = true;
+    FDeclaration.Complete(static_cast<int>(index), oper);
 }

@@ -108,6 +108,9 @@ struct TZORestService::TOper {
     /// Null when the operation returns no data.
     const TZOTypeInfo* Response = nullptr;
     TZOHttpBinding Http;
+    /// False while Response and the properties of Request, with their places, are still to be made: see
+    /// TTypeInfo::Complete.
+    bool IsComplete = true;
 };
 
 using POper = const TZORestService::TOper*;
@@ -131,6 +134,8 @@ public:
         std::vector<TZOSecurityScheme> Schemes;
         /// The ways to authenticate an operation that names none of its own; empty: no credentials needed.
         std::vector<TZOSecurityAlternative> Security;
+        /// Completes the operation at that index; for classes with so many that most are never used.
+        std::function<void(int AIndex, TOper& AOper)> Complete;
     };
 
     /// ATypes owns the types of the operations and lives as long as this.
@@ -144,11 +149,14 @@ public:
     const std::vector<TZOSecurityAlternative>& Security() const noexcept { return FDeclaration.Security; }
     /// Whether any operation needs credentials.
     bool NeedsCredentials() const;
-    /// The operation whose request type is ARequest, or null.
+    /// The operation whose request type is ARequest, completed; or null.
     POper FindOper(const TZOTypeInfo* ARequest) const;
+    /// Makes what is still missing of AOper, which is one of Opers(). Nothing but its name, address and
+    /// description may be used before; ZORequest sees to it for those who make one.
+    void Complete(POper AOper) const;
 
 private:
-    TDeclaration FDeclaration;
+    mutable TDeclaration FDeclaration; // operations are completed when they are first used
     std::unique_ptr<TZOTypeLibrary> FTypes;
 };
 

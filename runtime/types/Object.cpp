@@ -52,8 +52,9 @@ PProperty ZOObject::TTypeInfo::FindProperty(QStringView AName) const {
 }
 
 PProperty ZOObject::TTypeInfo::FindPropertyUtf8(std::string_view AName) const {
-    const auto found = FByName.find(AName);
-    return found == FByName.end() ? nullptr : Property(found->second);
+    const auto& index = Names().Index;
+    const auto found = index.find(AName);
+    return found == index.end() ? nullptr : Property(found->second);
 }
 
 const ZOObject::TSubtype* ZOObject::TTypeInfo::GetSubtypeByType(const TZOTypeInfo* AActual) const {
@@ -99,13 +100,31 @@ void ZOObject::TTypeInfo::AddGroup(const QString& AName) { FGroups.push_back({AN
 void ZOObject::TTypeInfo::AddProperty(TProperty AProperty) {
     if (FInstanceBytes > 0)
         throw EListError(QStringLiteral("Type %1 is in use and takes no more properties").arg(Name()));
-    FUtf8Names.push_back(AProperty.Name.toStdString());
-    FHasPlainNames &= FUtf8Names.back().find_first_of("\\\"") == std::string::npos;
-    if (!FByName.emplace(FUtf8Names.back(), PropertyCount()).second)
+    if (HasProperty(AProperty.Name))
         throw EListError(QStringLiteral("Type %1 already has a property %2").arg(Name(), AProperty.Name));
+    FHasPlainNames &= !AProperty.Name.contains(u'\\') && !AProperty.Name.contains(u'"');
     AProperty.Index = PropertyCount();
-    FGroups.back().Properties.push_back(std::move(AProperty));
-    IndexProperties();
+    std::vector<TProperty>& group = FGroups.back().Properties;
+    const TProperty* const before = group.data();
+    group.push_back(std::move(AProperty));
+    FProperties.push_back(&group.back());
+    if (group.data() != before)
+        IndexProperties();
+}
+
+bool ZOObject::TTypeInfo::HasProperty(const QString& AName) const {
+    constexpr int few = 16;
+    if (PropertyCount() > few)
+        return FindProperty(AName);
+    return std::any_of(FProperties.begin(), FProperties.end(), [&](PProperty p) { return p->Name == AName; });
+}
+
+const ZOObject::TTypeInfo::TNames& ZOObject::TTypeInfo::MakeNames() const {
+    if (!FNames)
+        FNames = std::make_unique<TNames>();
+    for (int i = static_cast<int>(FNames->Texts.size()); i < PropertyCount(); ++i)
+        FNames->Index.emplace(FNames->Texts.emplace_back(Property(i)->Name.toStdString()), i);
+    return *FNames;
 }
 
 void ZOObject::TTypeInfo::IndexProperties() {

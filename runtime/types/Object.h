@@ -72,7 +72,7 @@ public:
     PProperty FindPropertyUtf8(std::string_view AName) const;
     /// The name of property AIndex in UTF-8.
     std::string_view PropertyNameUtf8(int AIndex) const {
-        return FUtf8Names[static_cast<std::size_t>(AIndex)];
+        return Names().Texts[static_cast<std::size_t>(AIndex)];
     }
 
     /// Whether every property's name stands in JSON as it is.
@@ -97,17 +97,27 @@ private:
     friend class TData;
     TTypeInfo(const QString& AName, const QString& ADescription);
 
+    struct TNames {
+        std::deque<std::string> Texts; // the properties' names in UTF-8
+        std::unordered_map<std::string_view, int> Index;
+    };
+
     /// Where a property's storage stands in an instance, in bytes from its start.
     quint32 Offset(int AIndex) const { return FOffsets[static_cast<std::size_t>(AIndex)]; }
     void MakeLayout() const;
     void AddGroup(const QString& AName);
     void AddProperty(TProperty AProperty);
     void IndexProperties();
+    bool HasProperty(const QString& AName) const;
+    const TNames& MakeNames() const;
+    const TNames& Names() const {
+        return FNames && FNames->Texts.size() == FProperties.size() ? *FNames : MakeNames();
+    }
 
     std::vector<TGroup> FGroups;
     std::vector<PProperty> FProperties;
-    std::unordered_map<std::string_view, int> FByName; // views of FUtf8Names
-    std::deque<std::string> FUtf8Names;
+    // Made when a name is first looked for: most types of a large service are never used.
+    mutable std::unique_ptr<TNames> FNames;
     QString FDiscriminatorName;
     std::vector<TSubtype> FSubtypes;
     // Made with the first instance.

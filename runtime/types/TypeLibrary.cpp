@@ -43,6 +43,22 @@ const ZOMap::TTypeInfo* TZOTypeLibrary::NewMap(const TZOTypeInfo* AItemType, con
     return Keep(new ZOMap::TTypeInfo(AName, ADescription, AItemType));
 }
 
+ZOList::TTypeInfo* TZOTypeLibrary::NewOpenList(const QString& AName, const QString& ADescription) {
+    return Keep(new ZOList::TTypeInfo(AName, ADescription, nullptr));
+}
+
+ZOMap::TTypeInfo* TZOTypeLibrary::NewOpenMap(const QString& AName, const QString& ADescription) {
+    return Keep(new ZOMap::TTypeInfo(AName, ADescription, nullptr));
+}
+
+void TZOTypeLibrary::SetItemType(ZOList::TTypeInfo* AList, const TZOTypeInfo* AItemType) {
+    AList->FItemType = AItemType;
+}
+
+void TZOTypeLibrary::SetItemType(ZOMap::TTypeInfo* AMap, const TZOTypeInfo* AItemType) {
+    AMap->FItemType = AItemType;
+}
+
 TZOObjectBuilder TZOTypeLibrary::NewObject(const QString& AName, const QString& ADescription) {
     return TZOObjectBuilder(Keep(new ZOObject::TTypeInfo(AName, ADescription)));
 }
@@ -63,14 +79,24 @@ TZOObjectBuilder& TZOObjectBuilder::Base(const ZOObject::TTypeInfo* ABase) {
 
 TZOObjectBuilder& TZOObjectBuilder::Property(const QString& AName, const TZOTypeInfo* AType,
                                              const TOptions& AOptions) {
-    if (FType->FGroups.empty() || FType->FGroups.back().Name != FType->Name())
-        FType->AddGroup(FType->Name());
+    if (FType->FGroups.empty() || FType->FGroups.back().Name != FGroup)
+        FType->AddGroup(FGroup);
     FType->AddProperty({0, AName, AType, AOptions.Description, AOptions.Required, AOptions.ReadOnly});
     return *this;
 }
 
 TZOObjectBuilder& TZOObjectBuilder::Property(const QString& AName, const TZOTypeInfo* AType) {
     return Property(AName, AType, {});
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Group(const QString& AName) {
+    FGroup = AName;
+    return *this;
+}
+
+TZOObjectBuilder& TZOObjectBuilder::Reserve(int ACount) {
+    FType->FProperties.reserve(FType->FProperties.size() + static_cast<std::size_t>(ACount));
+    return *this;
 }
 
 TZOObjectBuilder& TZOObjectBuilder::Discriminator(const QString& AName) {

@@ -27,6 +27,10 @@ public:
     /// A name that the type has already is an EListError.
     TZOObjectBuilder& Property(const QString& AName, const TZOTypeInfo* AType, const TOptions& AOptions);
     TZOObjectBuilder& Property(const QString& AName, const TZOTypeInfo* AType);
+    /// The group that following properties belong to, which is otherwise the type's own.
+    TZOObjectBuilder& Group(const QString& AName);
+    /// Makes room for ACount properties.
+    TZOObjectBuilder& Reserve(int ACount);
     /// Makes the type polymorphic: AName is the key whose value names the subtype.
     TZOObjectBuilder& Discriminator(const QString& AName);
     TZOObjectBuilder& Subtype(const QString& AName, const ZOObject::TTypeInfo* AType);
@@ -35,6 +39,7 @@ public:
 
 private:
     ZOObject::TTypeInfo* FType;
+    QString FGroup = FType->Name();
 };
 
 /// Adds alternatives to a union type.
@@ -70,6 +75,11 @@ public:
                                      const QString& ADescription = {});
     const ZOMap::TTypeInfo* NewMap(const TZOTypeInfo* AItemType, const QString& AName = {},
                                    const QString& ADescription = {});
+    /// A list or map whose items' type is set later, once, so that it may hold itself.
+    ZOList::TTypeInfo* NewOpenList(const QString& AName = {}, const QString& ADescription = {});
+    ZOMap::TTypeInfo* NewOpenMap(const QString& AName = {}, const QString& ADescription = {});
+    static void SetItemType(ZOList::TTypeInfo* AList, const TZOTypeInfo* AItemType);
+    static void SetItemType(ZOMap::TTypeInfo* AMap, const TZOTypeInfo* AItemType);
     TZOObjectBuilder NewObject(const QString& AName, const QString& ADescription = {});
     TZOUnionBuilder NewUnion(const QString& AName, const QString& ATagName, TZOUnionForm AForm,
                              const QString& ADescription = {});

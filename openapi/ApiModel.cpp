@@ -1,0 +1,112 @@
+#include "openapi/ApiModel_p.h"
+
+#include "openapi/OperationMaker_p.h"
+
+#include <QCryptographicHash>
+#include <QRegularExpression>
+#include <QUrl>
+
+std::unique_ptr<TZORestService::TTypeInfo> TApiModel::MakeTypeInfo(const std::shared_ptr<TApiModel>& AModel) {
+    TDeclaration declaration;
+    if (!AModel->Source.Root() || !AModel->ReadHead(declaration))
+        return nullptr;
+    auto types = std::make_unique<TZOTypeLibrary>();
+    AModel->Schemas = std::make_unique<TSchemaTypes>(AModel->Source, *types);
+    AModel->ReadSecurity(declaration);
+    AModel->ReadOperations(declaration, *types);
+    declaration.Complete = [AModel](int AIndex, TZORestService::TOper& AOper) {
+        TOperationMaker(*AModel, AModel->Opers[static_cast<std::size_t>(AIndex)], AOper).Run();
+    };
+    return std::make_unique<TZORestService::TTypeInfo>(std::move(declaration), std::move(types));
+}
+
+TDocView TApiModel::NamedSchemas() const {
+    const TDocView root = Source.Root();
+    return IsSwagger2() ? root["definitions"] : root["components"]["schemas"];
+}
+
+bool TApiModel::ReadHead(TDeclaration& ADeclaration) {
+    ReadFormat();
+    if (Format == afUnknown)
+        return false;
+    const TDocView info = Source.Root()["info"];
+    if (!info.IsObject())
+        Source.Report(Source.Root(), QStringLiteral("The document has no \"info\"."));
+    Title = info["title"].Text().simplified();
+    Version = info["version"].Text().simplified();
+    ADeclaration.BaseUrl = BaseUrl();
+    ADeclaration.Name = ClassName(ADeclaration.BaseUrl);
+    const QString description = info["description"].Text();
+    ADeclaration.Description = description.isEmpty() ? info["summary"].Text() : description;
+    return true;
+}
+
+void TApiModel::ReadFormat() {
+    const TDocView root = Source.Root();
+    const QString openapi = root["openapi"].Text();
+    if (root["swagger"].Text().startsWith(QStringLiteral("2.")))
+        Format = afSwagger2;
+    else if (openapi.startsWith(QStringLiteral("3.0")))
+        Format = afOpenApi30;
+    else if (openapi.startsWith(u'3'))
+        Format = afOpenApi31;
+    else
+        Source.Report(root, QStringLiteral("This is neither an OpenAPI 3 nor a Swagger 2.0 document."));
+}
+
+QString TApiModel::ClassName(const QString& ABaseUrl) const {
+    QString name;
+    bool isStart = true;
+    for (const QChar c : Title) {
+        if (c.isLetterOrNumber())
+            name += isStart ? c.toUpper() : c;
+        isStart = !c.isLetterOrNumber();
+    }
+    if (name.isEmpty() || name.front().isDigit())
+        name.prepend(QStringLiteral("Api"));
+    const QUrl url(ABaseUrl);
+    const QString port = url.port() < 0 ? QString() : u':' + QString::number(url.port());
+    const QString origin = url.scheme().toLower() + QStringLiteral("://") + url.host().toLower() + port;
+    const QByteArray hash = QCryptographicHash::hash(origin.toUtf8(), QCryptographicHash::Sha256);
+    return name + u'_' + QString::fromLatin1(hash.toHex().left(8));
+}
+
+QString TApiModel::BaseUrl() {
+    const QString url = IsSwagger2() ? SwaggerUrl() : ServerUrl(Source.Root()["servers"]);
+    if (url.isEmpty())
+        return QStringLiteral("http://localhost");
+    // An address without a host is meant beside the document, which no server has given us.
+    return url.contains(QStringLiteral("://"))
+               ? url
+               : QStringLiteral("http://localhost") + (url.startsWith(u'/') ? url : u'/' + url);
+}
+
+QString TApiModel::ServerUrl(TDocView AServers) {
+    const TDocView server = AServers.At(0);
+    QString url = server["url"].Text();
+    for (const auto& [key, variable] : server["variables"].Entries()) {
+        const QString value = variable["default"].Text();
+        url.replace(u'{' + key.Text() + u'}', value.isEmpty() ? variable["enum"].At(0).Text() : value);
+    }
+    if (url.contains(u'{'))
+        Source.Report(server, QStringLiteral("The address has a variable without a default."));
+    if (url.startsWith(QStringLiteral("//")))
+        url.prepend(QStringLiteral("https:"));
+    return url == QStringLiteral("/") ? QString() : url;
+}
+
+QString TApiModel::SwaggerUrl() const {
+    const TDocView root = Source.Root();
+    const TDocView schemes = root["schemes"];
+    QString scheme = schemes.At(0).Text();
+    for (const auto& [none, other] : schemes.Entries()) {
+        if (other.Is("https"))
+            scheme = QStringLiteral("https");
+    }
+    const QString host = root["host"].Text();
+    const QString path = root["basePath"].Text();
+    if (host.isEmpty())
+        return path == QStringLiteral("/") ? QString() : path;
+    return (scheme.isEmpty() ? QStringLiteral("https") : scheme) + QStringLiteral("://") + host +
+           (path == QStringLiteral("/") ? QString() : path);
+}

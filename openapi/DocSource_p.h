@@ -1,0 +1,52 @@
+// The files of an API document, joined by references.
+#pragma once
+
+#include "openapi/ApiProblem.h"
+#include "openapi/DocTree_p.h"
+
+#include <QDir>
+
+#include <map>
+#include <set>
+
+/// Reads a document and what it refers to, in the folder of the document only. Nothing is fetched from
+/// elsewhere.
+class TDocSource {
+public:
+    /// Reads AFileName. When it cannot be read the root is nowhere, and a problem says why. False when
+    /// AProgress ended it.
+    bool Load(const QString& AFileName, const DocYaml::TProgress& AProgress);
+
+    TDocView Root() const;
+
+    /// What stands behind AView: itself, or what its $ref refers to, through as many references as there
+    /// are. Nowhere, with a problem reported, when there is nothing.
+    TDocView Resolve(TDocView AView);
+    /// What the text of a reference in AView's file refers to, as Resolve does.
+    TDocView ResolveText(TDocView AView, const QString& AReference);
+
+    /// AView is the place. The same is not reported twice.
+    void Report(TDocView AView, const QString& AMessage);
+    const TZOApiProblems& Problems() const { return FProblems; }
+
+private:
+    struct TFile {
+        TDocTree Tree;
+        std::unordered_map<std::string, TDocView> References;
+    };
+
+    TFile* FileOf(const QString& APath, const DocYaml::TProgress& AProgress, QString& AReason);
+    bool ReadInto(TDocTree& ATree, const DocYaml::TProgress& AProgress, QString& AReason);
+    TDocView Follow(TDocView AView, const QString& AReference);
+    const TDocTree* TreeFor(TDocView AView, const QString& AFile);
+    TDocView Walk(const TDocTree& ATree, TDocView AView, const QString& AReference, const QString& APointer);
+    void AddProblem(const TDocTree* ATree, int ALine, const QString& APointer, const QString& AMessage);
+
+    QString FFolder;
+    std::map<QString, std::unique_ptr<TFile>> FFiles; // by canonical path; null where it cannot be read
+    TFile* FRoot = nullptr;
+    TZOApiProblems FProblems;
+    std::set<std::pair<QString, QString>> FReported;
+    int FWalks = 0; // references inside references that are being followed
+    bool FIsEnded = false;
+};
