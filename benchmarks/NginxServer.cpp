@@ -59,7 +59,7 @@ http {
     server {
         listen 127.0.0.1:PORT;
         keepalive_requests 100000000;
-        location /small { default_type application/json; return 200 '{"id":7,"name":"river"}'; }
+        location /small { default_type application/json; return 200 '{"id":$connection_requests,"name":"river"}'; }
         location /files/ { root FOLDER; }
         location /upload/ { root FOLDER; dav_methods PUT; }
     }

@@ -90,10 +90,6 @@ void RaiseCurlFailure(const TZOCurlFailure& AFailure) {
         throw EZOUploadError(QStringLiteral("The content to send has to be sent once more to %1, but can be "
                                             "read only once.")
                                  .arg(AFailure.Place));
-    if (AFailure.Detail.contains(QLatin1String("Too large response headers")))
-        throw EZOResponseTooLargeError(
-            QStringLiteral("The headers of the answer of %1 are larger than a response may be.")
-                .arg(AFailure.Place));
     const QString text = BrokenText(AFailure.Code);
     if (!text.isEmpty())
         throw EZOTransportError(text.arg(AFailure.Place));

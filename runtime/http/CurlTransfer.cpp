@@ -15,12 +15,16 @@ constexpr qsizetype PendingBytes = 64 * 1024;
 constexpr long StreamBufferBytes = 64 * 1024;
 /// Enough to read what a server says about a failure.
 constexpr qint64 MaxErrorBodyBytes = 64 * 1024;
-constexpr qint64 MaxHeaderBytes = 1024 * 1024;
+/// Less than the transport itself allows, so that it is we who say what is wrong.
+constexpr qint64 MaxHeaderBytes = 256 * 1024;
+constexpr qsizetype UsualHeaders = 16;
 constexpr qint64 MaxReservedBytes = 64 * 1024 * 1024;
 
 QString SizeText(qint64 ABytes) {
-    return ABytes >= 1024 * 1024 ? QStringLiteral("%1 MiB").arg(ABytes / (1024 * 1024))
-                                 : QStringLiteral("%1 bytes").arg(ABytes);
+    if (ABytes >= 1024 * 1024)
+        return QStringLiteral("%1 MiB").arg(ABytes / (1024 * 1024));
+    return ABytes % 1024 == 0 ? QStringLiteral("%1 KiB").arg(ABytes / 1024)
+                              : QStringLiteral("%1 bytes").arg(ABytes);
 }
 
 bool TakesBody(const QByteArray& AMethod) {
@@ -39,18 +43,42 @@ TZOCurlTransfer::TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchan
 
 TZOCurlTransfer::~TZOCurlTransfer() {
     curl_multi_remove_handle(FMulti, FEasy);
-    // The handle outlives everything that it was told of, and the next transfer starts from nothing.
-    curl_easy_reset(FEasy);
+    // The handle outlives everything that it was told of, and the next transfer starts as this one did.
+    if (IsPlain()) {
+        curl_easy_setopt(FEasy, CURLOPT_CURLU, nullptr);
+        curl_easy_setopt(FEasy, CURLOPT_HTTPHEADER, nullptr);
+        curl_easy_setopt(FEasy, CURLOPT_PROXY, nullptr);
+        curl_easy_setopt(FEasy, CURLOPT_CUSTOMREQUEST, nullptr);
+        curl_easy_setopt(FEasy, CURLOPT_ERRORBUFFER, nullptr);
+    } else {
+        curl_easy_reset(FEasy);
+        Prepare(FEasy);
+    }
+}
+
+void TZOCurlTransfer::Prepare(CURL* AEasy) {
+    curl_easy_setopt(AEasy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(AEasy, CURLOPT_PATH_AS_IS, 1L);
+    curl_easy_setopt(AEasy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(AEasy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    curl_easy_setopt(AEasy, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(AEasy, CURLOPT_USERAGENT, "ZO-Bridgework");
+    curl_easy_setopt(AEasy, CURLOPT_HEADERFUNCTION, &TZOCurlTransfer::OnHeader);
+    curl_easy_setopt(AEasy, CURLOPT_WRITEFUNCTION, &TZOCurlTransfer::OnBody);
+    curl_easy_setopt(AEasy, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(AEasy, CURLOPT_XFERINFOFUNCTION, &TZOCurlTransfer::OnProgress);
+    curl_easy_setopt(AEasy, CURLOPT_PREREQFUNCTION, &TZOCurlTransfer::OnConnected);
+}
+
+bool TZOCurlTransfer::IsPlain() const {
+    return FExchange.Method == "GET" && !FExchange.Body && !FExchange.Destination &&
+           FExchange.CaFile.isEmpty();
 }
 
 void TZOCurlTransfer::SetUpConnection() {
     curl_easy_setopt(FEasy, CURLOPT_CURLU, FExchange.Url->Handle());
-    curl_easy_setopt(FEasy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(FEasy, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(FEasy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(FEasy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(FExchange.Limits->ConnectTimeoutMs));
     curl_easy_setopt(FEasy, CURLOPT_ERRORBUFFER, FErrorText);
-    curl_easy_setopt(FEasy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     if (FExchange.Url->IsLoopback())
         curl_easy_setopt(FEasy, CURLOPT_PROXY, "");
     if (!FExchange.CaFile.isEmpty()) {
@@ -64,8 +92,6 @@ void TZOCurlTransfer::SetUpConnection() {
 }
 
 void TZOCurlTransfer::SetUpHeaders() {
-    curl_easy_setopt(FEasy, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(FEasy, CURLOPT_USERAGENT, "ZO-Bridgework");
     const auto append = [this](const QByteArray& ALine) {
         FHeaderList.reset(curl_slist_append(FHeaderList.release(), ALine.constData()));
     };
@@ -103,14 +129,9 @@ void TZOCurlTransfer::SetUpBody() {
 }
 
 void TZOCurlTransfer::SetUpCallbacks() {
-    curl_easy_setopt(FEasy, CURLOPT_HEADERFUNCTION, &TZOCurlTransfer::OnHeader);
     curl_easy_setopt(FEasy, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(FEasy, CURLOPT_WRITEFUNCTION, &TZOCurlTransfer::OnBody);
     curl_easy_setopt(FEasy, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(FEasy, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(FEasy, CURLOPT_XFERINFOFUNCTION, &TZOCurlTransfer::OnProgress);
     curl_easy_setopt(FEasy, CURLOPT_XFERINFODATA, this);
-    curl_easy_setopt(FEasy, CURLOPT_PREREQFUNCTION, &TZOCurlTransfer::OnConnected);
     curl_easy_setopt(FEasy, CURLOPT_PREREQDATA, this);
 }
 
@@ -186,10 +207,12 @@ void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
                                            .arg(FExchange.Url->Place(), SizeText(MaxHeaderBytes)));
     const QByteArrayView line = ALine.trimmed();
     if (line.startsWith("HTTP/")) {
-        const QList<QByteArray> words = line.toByteArray().split(' ');
+        const qsizetype status = line.indexOf(' ') + 1;
+        const qsizetype end = line.indexOf(' ', status);
         FResponse.Headers.clear();
-        FResponse.Status = words.value(1).toInt();
-        FResponse.Reason = words.mid(2).join(' ');
+        FResponse.Headers.reserve(UsualHeaders);
+        FResponse.Status = line.sliced(status, (end < 0 ? line.size() : end) - status).toInt();
+        FResponse.Reason = end < 0 ? QByteArray() : line.sliced(end + 1).toByteArray();
     } else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
         FResponse.Headers.append(
             {line.first(colon).trimmed().toByteArray(), line.sliced(colon + 1).trimmed().toByteArray()});

@@ -25,7 +25,10 @@ struct TZOHttpExchange {
 
 class TZOCurlTransfer {
 public:
-    /// AEasy has no options set, and has none again when the transfer is destroyed; its connection stays with
+    /// What every exchange has in common; setting it anew for each would take longer than a small answer.
+    static void Prepare(CURL* AEasy);
+
+    /// AEasy is as Prepare left it, and is so again when the transfer is destroyed; its connection stays with
     /// AMulti for the next exchange.
     TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchange& AExchange);
     TZOCurlTransfer(const TZOCurlTransfer&) = delete;
@@ -38,6 +41,8 @@ public:
 private:
     using TClock = std::chrono::steady_clock;
 
+    /// Whether few enough options were set that they can be taken back one by one.
+    bool IsPlain() const;
     void SetUpConnection();
     void SetUpHeaders();
     void SetUpBody();

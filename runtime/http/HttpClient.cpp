@@ -90,6 +90,10 @@ public:
     TZOHttpExchange& Exchange() noexcept { return FExchange; }
 
     QByteArray ShownUrl() const {
+        // Putting an address together again takes longer than reading a small answer.
+        if (!FIsRedirected && FCredentialQuery.isEmpty() && !FRequest.Url.contains('@') &&
+            !FRequest.Url.contains('#'))
+            return FRequest.Url;
         if (FRequest.CredentialQuery.isEmpty())
             return FUrl.Text();
         TZOHttpUrl shown(FUrl.Text());
@@ -98,6 +102,7 @@ public:
     }
 
     void Follow(const TZOHttpResponse& AResponse) {
+        FIsRedirected = true;
         TZOHttpUrl target = FUrl.Resolved(AResponse.Header("Location"));
         if (BecomesGet(AResponse.Status, FExchange.Method)) {
             FExchange.Method = "GET";
@@ -129,6 +134,7 @@ private:
     const TZOHttpRequest& FRequest;
     TZOHttpUrl FUrl;
     QByteArray FCredentialQuery;
+    bool FIsRedirected = false;
     std::optional<TZOHttpBodySource> FSource;
     TZOHttpExchange FExchange;
 };
@@ -143,6 +149,7 @@ public:
         FEasy = curl_easy_init();
         if (!FMulti || !FEasy)
             throw std::bad_alloc();
+        TZOCurlTransfer::Prepare(FEasy);
     }
     TImpl(const TImpl&) = delete;
     TImpl& operator=(const TImpl&) = delete;
