@@ -19,6 +19,7 @@ int main(int AArgc, char** AArgv) {
 
     AddHttpBenchmarks();
     AddJsonBenchmarks();
+    AddValuesBenchmarks();
     AddViewBenchmarks();
     return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");
 }

@@ -39,4 +39,5 @@ std::int64_t HeapInUse();
 /// One function a file of benchmarks: adds its tasks.
 void AddHttpBenchmarks();
 void AddJsonBenchmarks();
+void AddValuesBenchmarks();
 void AddViewBenchmarks();

@@ -1,5 +1,6 @@
 #include "benchmarks/Table.h"
 #include "benchmarks/ViewFixture.h"
+#include "benchmarks/WindowTiming.h"
 
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
@@ -8,71 +9,18 @@
 #include <QListView>
 #include <QScrollBar>
 #include <QTreeView>
-#include <QWheelEvent>
 
 #include <algorithm>
-#include <ctime>
 #include <map>
 #include <memory>
-#include <stdexcept>
 #include <vector>
+
+using namespace WindowTiming;
 
 namespace {
 
-const QSize WindowSize(1000, 800);
 constexpr int WheelSteps = 200;
 constexpr int SelectSteps = 1000;
-
-void Expect(bool AHolds, const char* AWhat) {
-    if (!AHolds)
-        throw std::runtime_error(AWhat);
-}
-
-/// The processor time of this thread, in milliseconds: what other programs take meanwhile is left out.
-double Now() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
-void Flush() { QApplication::processEvents(); }
-
-/// Does it, and paints what it has changed.
-double TimeOf(const std::function<void()>& AWhat) {
-    const double start = Now();
-    AWhat();
-    Flush();
-    return Now() - start;
-}
-
-struct TSpread {
-    double Median = 0, Worst = 0;
-};
-
-/// The median and the 99th percentile of ACount runs.
-TSpread Spread(int ACount, const std::function<void(int)>& AStep) {
-    std::vector<double> times;
-    for (int i = 0; i < ACount; ++i)
-        times.push_back(TimeOf([&] { AStep(i); }));
-    std::sort(times.begin(), times.end());
-    return {times[times.size() / 2], times[times.size() * 99 / 100]};
-}
-
-double Median(int ACount, const std::function<void(int)>& AStep) { return Spread(ACount, AStep).Median; }
-
-void Wheel(QWidget* AWidget, int ADelta) {
-    const QPointF point = AWidget->rect().center();
-    QWheelEvent event(point, AWidget->mapToGlobal(point), {}, QPoint(0, ADelta), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(AWidget, &event);
-}
-
-void Key(QWidget* AWidget, int AKey, const QString& AText = {}) {
-    QKeyEvent press(QEvent::KeyPress, AKey, Qt::NoModifier, AText);
-    QApplication::sendEvent(AWidget, &press);
-    QKeyEvent release(QEvent::KeyRelease, AKey, Qt::NoModifier, AText);
-    QApplication::sendEvent(AWidget, &release);
-}
 
 /// What one view takes for one number of rows, in milliseconds.
 struct TNumbers {
@@ -266,8 +214,7 @@ const TNumbers& List(int ACount) {
 using TPick = std::function<double(const TNumbers&)>;
 
 void AddSize(int ACount) {
-    const std::string size = ACount >= 1000000 ? std::to_string(ACount / 1000000) + ",000,000 rows"
-                                               : std::to_string(ACount / 1000) + ",000 rows";
+    const std::string size = RowsText(ACount);
     const auto add = [&](const char* ATask, const char* APeer, std::optional<double> ATarget, TPick APick,
                          const TNumbers& (*ATheirs)(int), int ATheirCount) {
         Bench::Measure(

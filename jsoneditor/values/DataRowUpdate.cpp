@@ -54,7 +54,7 @@ void TZOObjectDataSource::TDataRow::DoUpdate(bool AHasValue, const void* AValue)
     SetDisplayValue(gray, shown);
     if (isContainer && ((AHasValue && !gray) || openEmpty))
         DoUpdateChildren(AHasValue ? AValue : nullptr, udAll);
-    else
+    else if (FEof)
         ClearChildren();
 }
 
@@ -161,36 +161,35 @@ void TZOObjectDataSource::TDataRow::DoUpdateObject(const ZOObject* AObject, TUpd
     const auto* type = AObject ? ZOObject::TData::Type(AObject) : declared;
     // Before its subtype has been picked, an object has no properties to offer.
     const bool offers = InsertMode() && (AObject || !declared->GetHasSubtypes());
-    const auto isPresent = [&](PProperty AProperty) {
-        void* value = nullptr;
-        return ZOObject::TData::GetProp(AObject, AProperty->Index, value);
-    };
-    const auto isShown = [&](PProperty AProperty) {
-        return isPresent(AProperty) || (offers && !AProperty->ReadOnly);
+    const auto isShown = [&](PProperty AProperty, void*& AValue) {
+        return ZOObject::TData::GetProp(AObject, AProperty->Index, AValue) ||
+               (offers && !AProperty->ReadOnly);
     };
     QVarLengthArray<bool, 64> hasRow(type->PropertyCount(), false);
     ForEachChild([&](TRow* AChild) {
         if (AChild->Kind() != rkOProp)
             return;
         auto* row = static_cast<TObjectProp*>(AChild);
-        if (!row->IsOf(type) || !isShown(row->Prop())) {
+        void* value = nullptr;
+        if (!row->IsOf(type) || !isShown(row->Prop(), value)) {
             delete row;
             return;
         }
         hasRow[row->Prop()->Index] = true;
         if (ADepth == udAll)
-            row->UpdateIn(AObject ? &AObject : nullptr);
+            row->DoUpdate(value, value);
     });
     UpdateEof();
     UpdateObjectTag(AObject);
     TRow* before = InsertBefore() ? InsertBefore() : FEof;
     for (int i = 0; i < type->PropertyCount(); ++i) {
         const PProperty property = type->Property(i);
-        if (hasRow[i] || !isShown(property))
+        void* value = nullptr;
+        if (hasRow[i] || !isShown(property, value))
             continue;
         auto* row = new TObjectProp(this, property);
-        GetSource()->InsertBefore(isPresent(property) ? FEof : before, row);
-        row->UpdateIn(AObject ? &AObject : nullptr);
+        GetSource()->InsertBefore(value ? FEof : before, row);
+        row->DoUpdate(value, value);
     }
 }
 

@@ -1,15 +1,6 @@
 #include "jsoneditor/view/LinkedList.h"
 
-#include <cstddef>
 #include <utility>
-
-TZOLinkedList::TItem* TZOLinkedList::TItem::DoNext() const {
-    return FList && FHeader.Next != &FList->FLast ? ItemOf(FHeader.Next) : nullptr;
-}
-
-TZOLinkedList::TItem* TZOLinkedList::TItem::DoPrev() const {
-    return FList && FHeader.Prev != &FList->FFirst ? ItemOf(FHeader.Prev) : nullptr;
-}
 
 TZOLinkedList::TZOLinkedList() {
     FFirst.Next = &FLast;
@@ -109,10 +100,4 @@ void TZOLinkedList::DoCheckRange(PHeader AFirst, PHeader ALast, PHeader) {
     // has been changed.
     for (PHeader header = AFirst; header != ALast; header = header->Next) {
     }
-}
-
-TZOLinkedList::TItem* TZOLinkedList::ItemOf(PHeader AHeader) {
-    if (!AHeader)
-        return nullptr;
-    return reinterpret_cast<TItem*>(reinterpret_cast<char*>(AHeader) - offsetof(TItem, FHeader));
 }

@@ -1,6 +1,7 @@
 // The intrusive list that holds the rows of a view and the layouts that are on screen.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <type_traits>
 #include <vector>
@@ -78,6 +79,20 @@ private:
     int FCount = 0;
     TProc FOnChange;
 };
+
+inline TZOLinkedList::TItem* TZOLinkedList::ItemOf(PHeader AHeader) {
+    if (!AHeader)
+        return nullptr;
+    return reinterpret_cast<TItem*>(reinterpret_cast<char*>(AHeader) - offsetof(TItem, FHeader));
+}
+
+inline TZOLinkedList::TItem* TZOLinkedList::TItem::DoNext() const {
+    return FList && FHeader.Next != &FList->FLast ? ItemOf(FHeader.Next) : nullptr;
+}
+
+inline TZOLinkedList::TItem* TZOLinkedList::TItem::DoPrev() const {
+    return FList && FHeader.Prev != &FList->FFirst ? ItemOf(FHeader.Prev) : nullptr;
+}
 
 /// The list as its users see it. T is a pointer to a class derived from TZOLinkedList::TItem. The anchor
 /// comes first in every operation, the element or run to place beside it after it.

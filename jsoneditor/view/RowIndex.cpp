@@ -111,7 +111,13 @@ TZORowBlock* TZORowIndex::AddBlock(size_t AOrdinal, TZOViewRow* AFirst) {
     auto block = std::make_unique<TZORowBlock>();
     block->Index = this;
     block->First = AFirst;
+    block->Ordinal = AOrdinal;
     TZORowBlock* added = block.get();
+    if (AOrdinal < FBlocks.size() && !FBlocks[AOrdinal]) {
+        FBlocks[AOrdinal] = std::move(block);
+        --FGaps;
+        return added;
+    }
     const auto place = static_cast<std::ptrdiff_t>(AOrdinal);
     FBlocks.insert(FBlocks.begin() + place, std::move(block));
     FCounts.insert(FCounts.begin() + place, 0);
@@ -122,11 +128,26 @@ TZORowBlock* TZORowIndex::AddBlock(size_t AOrdinal, TZOViewRow* AFirst) {
 
 void TZORowIndex::DropBlock(TZORowBlock* ABlock) {
     const size_t ordinal = ABlock->Ordinal;
-    const auto place = static_cast<std::ptrdiff_t>(ordinal);
-    FBlocks.erase(FBlocks.begin() + place);
-    FCounts.erase(FCounts.begin() + place);
-    FStarts.erase(FStarts.begin() + place);
-    Renumber(ordinal);
+    FCounts[ordinal] = 0;
+    FValidStarts = std::min(FValidStarts, ordinal + 1);
+    FBlocks[ordinal].reset();
+    if (++FGaps > FBlocks.size() / 2)
+        CloseGaps();
+}
+
+void TZORowIndex::CloseGaps() {
+    size_t kept = 0;
+    for (size_t i = 0; i < FBlocks.size(); ++i) {
+        if (!FBlocks[i])
+            continue;
+        FCounts[kept] = FCounts[i];
+        FBlocks[kept++] = std::move(FBlocks[i]);
+    }
+    FBlocks.resize(kept);
+    FCounts.resize(kept);
+    FStarts.resize(kept);
+    FGaps = 0;
+    Renumber(0);
 }
 
 void TZORowIndex::SplitBefore(TZOViewRow* ARow) {
@@ -140,17 +161,16 @@ void TZORowIndex::SplitBefore(TZOViewRow* ARow) {
 }
 
 void TZORowIndex::MergeAround(TZORowBlock* ABlock) {
-    const size_t ordinal = ABlock->Ordinal;
-    if (ordinal + 1 < FBlocks.size())
-        MergeWithNext(ordinal);
-    if (ordinal > 0)
-        MergeWithNext(ordinal - 1);
+    MergeWithNext(ABlock->Ordinal);
+    // Merging may have closed gaps, which gives blocks new numbers.
+    if (ABlock->Ordinal > 0)
+        MergeWithNext(ABlock->Ordinal - 1);
 }
 
 void TZORowIndex::MergeWithNext(size_t AOrdinal) {
     TZORowBlock* block = FBlocks[AOrdinal].get();
-    TZORowBlock* next = FBlocks[AOrdinal + 1].get();
-    if (block->Count + next->Count > MergedBlock)
+    TZORowBlock* next = AOrdinal + 1 < FBlocks.size() ? FBlocks[AOrdinal + 1].get() : nullptr;
+    if (!block || !next || block->Count + next->Count > MergedBlock)
         return;
     int left = next->Count;
     for (TZOViewRow* row = next->First; left > 0; row = row->Next()) {
@@ -165,8 +185,10 @@ void TZORowIndex::MergeWithNext(size_t AOrdinal) {
 }
 
 void TZORowIndex::Renumber(size_t AFrom) {
-    for (size_t i = AFrom; i < FBlocks.size(); ++i)
-        FBlocks[i]->Ordinal = i;
+    for (size_t i = AFrom; i < FBlocks.size(); ++i) {
+        if (FBlocks[i])
+            FBlocks[i]->Ordinal = i;
+    }
     FValidStarts = std::min(FValidStarts, AFrom);
 }
 

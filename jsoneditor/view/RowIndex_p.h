@@ -42,7 +42,9 @@ public:
 
 private:
     TZORowBlock* AddBlock(size_t AOrdinal, TZOViewRow* AFirst);
+    /// Leaves a gap: moving up all that follows, block after block, would cost more than the rows.
     void DropBlock(TZORowBlock* ABlock);
+    void CloseGaps();
     TZORowBlock* BlockFor(TZOViewRow* ARow);
     TZORowBlock* TakeOut(TZOViewRow* ARow);
     /// ARow becomes the first row of a new block.
@@ -53,12 +55,13 @@ private:
     void Count(TZORowBlock* ABlock, int ADelta);
     void RefreshStarts() const;
 
-    std::vector<std::unique_ptr<TZORowBlock>> FBlocks;
+    std::vector<std::unique_ptr<TZORowBlock>> FBlocks; // null in a gap, which counts no rows
     /// The count of each block once more, and the index of its first row: side by side, as eight thousand
     /// blocks in different places would take longer to visit than to add up.
     std::vector<int> FCounts;
     mutable std::vector<int> FStarts;
     int FCount = 0;
+    size_t FGaps = 0;
     /// Starts are valid for the blocks below this ordinal.
     mutable size_t FValidStarts = 0;
 };

@@ -3,6 +3,7 @@
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/RestView.h"
 #include "jsoneditor/view/RowIndex_p.h"
+#include "jsoneditor/view/RowPool_p.h"
 
 TZOViewRow::TZOViewRow(int ALevel) : FLevel(ALevel) {}
 
@@ -10,6 +11,10 @@ TZOViewRow::~TZOViewRow() {
     if (TZODataSource* source = Source(); source && source->View())
         source->View()->RowRemoved(this);
 }
+
+void* TZOViewRow::operator new(std::size_t ASize) { return RowPool::Take(ASize); }
+
+void TZOViewRow::operator delete(void* ARow, std::size_t ASize) noexcept { RowPool::Give(ARow, ASize); }
 
 TZODataSource* TZOViewRow::Source() const { return FBlock ? FBlock->Index->Source : nullptr; }
 

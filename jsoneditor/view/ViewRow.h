@@ -3,6 +3,8 @@
 
 #include "jsoneditor/view/LinkedList.h"
 
+#include <cstddef>
+
 class TZODataSource;
 class TZORestView;
 class TZORowIndex;
@@ -16,6 +18,10 @@ public:
     /// ALevel is the indentation, 0 for the outermost rows.
     explicit TZOViewRow(int ALevel);
     virtual ~TZOViewRow();
+
+    /// Rows have memory of their own, as there may be millions of them.
+    static void* operator new(std::size_t ASize);
+    static void operator delete(void* ARow, std::size_t ASize) noexcept;
 
     /// The source that put the row into its view, or null while it is in none.
     TZODataSource* Source() const;

@@ -122,3 +122,21 @@ TEST(RowIndex, FollowsRowsThatComeAndGoAtTheFront) {
         indexed.Remove(0);
     indexed.CheckAll();
 }
+
+TEST(RowIndex, FollowsALongRunThatGoesFromTheMiddleAndComesBack) {
+    TIndexed indexed(1);
+    for (int i = 0; i < 6000; ++i)
+        indexed.Insert(indexed.Count());
+    for (int i = 0; i < 3500; ++i) {
+        indexed.Remove(1000);
+        if (i % 50 == 0) {
+            ASSERT_NO_FATAL_FAILURE(indexed.CheckAt(999));
+            ASSERT_NO_FATAL_FAILURE(indexed.CheckAt(1000));
+            ASSERT_NO_FATAL_FAILURE(indexed.CheckAt(indexed.Count() - 1));
+        }
+    }
+    indexed.CheckAll();
+    for (int i = 0; i < 3500; ++i)
+        indexed.Insert(1000 + static_cast<size_t>(i));
+    indexed.CheckAll();
+}
