@@ -17,6 +17,8 @@ namespace {
 /// The largest whole number up to which every one has a double of its own.
 constexpr double MaxExactDouble = 9007199254740992.0;
 
+constexpr int TextsOfASmallResponse = 64;
+
 std::string_view Trimmed(std::string_view AToken) {
     while (!AToken.empty() && static_cast<unsigned char>(AToken.back()) <= ' ')
         AToken.remove_suffix(1);
@@ -234,7 +236,14 @@ bool TZOJsonDecoder::FillString(TValue& AValue, std::string_view AToken, QString
         return FailType(TZOTypeLibrary::Scalar(vkString), AToken);
     if (!Text(AValue, AToken, text))
         return false;
-    AString = QString::fromUtf8(text.data(), qsizetype(text.size()));
+    // A text that had escapes lies in another buffer, and may hold a zero.
+    const bool isShort = !text.empty() && text.size() <= TZOShortTexts::MaxBytes;
+    if (isShort && ++FShortTextCount == TextsOfASmallResponse)
+        FShortTexts = std::make_unique<TZOShortTexts>();
+    if (isShort && FShortTexts && text.data() == AToken.data() + 1)
+        AString = FShortTexts->Get(text);
+    else
+        AString = QString::fromUtf8(text.data(), qsizetype(text.size()));
     return true;
 }
 

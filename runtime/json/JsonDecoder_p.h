@@ -1,6 +1,8 @@
 // One pass over a JSON text that fills a typed value and checks everything on its way.
 #pragma once
 
+#include "runtime/json/ShortTexts_p.h"
+
 #include "runtime/types/List.h"
 #include "runtime/types/Map.h"
 #include "runtime/types/Object.h"
@@ -12,6 +14,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <string_view>
 
 class TZOValueHolder;
@@ -94,5 +97,7 @@ private:
     QString FPointer;
     std::size_t FErrorOffset = 0;
     int FMisfits = 0;
+    int FShortTextCount = 0;
+    std::unique_ptr<TZOShortTexts> FShortTexts; ///< none in a small response, which ends before it pays
     bool FCountsMisfits = false;
 };
