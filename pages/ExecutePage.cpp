@@ -2,7 +2,7 @@
 
 #include "ui_ExecutePage.h"
 
-#include "pages/InfoDataSource_p.h"
+#include "pages/FocusRing.h"
 
 #include "shell/ShellFrame.h"
 #include "shell/ShortcutsInfoDialog.h"
@@ -14,19 +14,10 @@
 #include "platform/ExceptionDisplay.h"
 #include "platform/Fonts.h"
 
-#include <QCoreApplication>
 #include <QFile>
+#include <QShortcut>
 
-#include <algorithm>
-
-namespace {
-
-void MoveToEnd(QBoxLayout* AStack, QWidget* APanel) {
-    AStack->removeWidget(APanel);
-    AStack->insertWidget(AStack->count() - 1, APanel); // above the filler
-}
-
-} // namespace
+#include <iterator>
 
 TZOExecutePage::TZOExecutePage(TZOShellFrame* AShell, TZOServiceItem* AItem, POper AOper)
     : TZOServicePage(AShell, AItem), FUi(std::make_unique<Ui::ExecutePage>()), FOperation(AOper) {
@@ -38,12 +29,10 @@ TZOExecutePage::TZOExecutePage(TZOShellFrame* AShell, TZOServiceItem* AItem, POp
     FReqView->setAccessibleName(FUi->ReqLabel->text());
     FRespView = SetupRestView(FUi->RespPanel);
     FRespView->setAccessibleName(FUi->RespLabel->text());
-    setTabOrder(FUi->ScrollBox, FReqView);
-    setTabOrder(FReqView, FUi->HelpLabel);
-    setTabOrder(FUi->AuthOptionsButton, FRespView);
-    setTabOrder(FRespView, FUi->ShowFileLabel);
     setFocusProxy(FReqView);
+    InitTabOrder();
     InitHandlers();
+    InitKeys();
     InitRequest();
 }
 
@@ -70,6 +59,34 @@ void TZOExecutePage::InitFonts() {
     FUi->RespLabel->setFont(UiFont(family, 16));
 }
 
+void TZOExecutePage::InitTabOrder() {
+    QWidget* const order[] = {FUi->ScrollBox,     FReqView,
+                              FUi->HelpLabel,     FUi->CopyCurlLabel,
+                              FUi->DownloadEdit,  FUi->DownloadSaveAsLabel,
+                              FUi->ExecButton,    FUi->AuthOptionsButton,
+                              FUi->CancelButton,  FUi->DetailsLabel,
+                              FUi->CopyJsonLabel, FUi->SaveJsonLabel,
+                              FUi->DetailsBox,    FRespView,
+                              FUi->ShowFileLabel};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+void TZOExecutePage::InitKeys() {
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* execute = new QShortcut(QKeySequence(Qt::CTRL | key), this);
+        execute->setContext(Qt::WidgetWithChildrenShortcut);
+        execute->setAutoRepeat(false);
+        connect(execute, &QShortcut::activated, this, [this] {
+            GuardedCall(this, [this] {
+                if (FUi->ExecButton->isEnabled())
+                    ExecButtonClick();
+            });
+        });
+    }
+    new TZOFocusRing(this, {FReqView, FUi->ButtonsPanel, FRespView});
+}
+
 void TZOExecutePage::InitHandlers() {
     const auto guarded = [this](auto AHandler) {
         return [this, AHandler] { GuardedCall(this, [&] { AHandler(); }); };
@@ -81,6 +98,11 @@ void TZOExecutePage::InitHandlers() {
     connect(FUi->ShowFileLabel, &TZOLinkLabel::Clicked, this,
             guarded([this] { Dialogs().RevealFile(FResponseFilePath); }));
     connect(FUi->HelpLabel, &TZOLinkLabel::Clicked, this, guarded([this] { HelpLabelClick(); }));
+    connect(FUi->CopyCurlLabel, &TZOLinkLabel::Clicked, this, guarded([this] { CopyCurlLabelClick(); }));
+    connect(FUi->DetailsLabel, &TZOLinkLabel::Clicked, this,
+            guarded([this] { ShowDetails(FUi->DetailsBox->isHidden()); }));
+    connect(FUi->CopyJsonLabel, &TZOLinkLabel::Clicked, this, guarded([this] { CopyJson(); }));
+    connect(FUi->SaveJsonLabel, &TZOLinkLabel::Clicked, this, guarded([this] { SaveJson(); }));
 }
 
 TZORestView* TZOExecutePage::SetupRestView(QWidget* AParent) {
@@ -95,6 +117,7 @@ TZORestView* TZOExecutePage::SetupRestView(QWidget* AParent) {
 void TZOExecutePage::InitRequest() {
     FReqView->SetDataSource(nullptr);
     FRequest = std::make_unique<ZORequest>(Service()->Component(), FOperation->Request);
+    FRequest->SetRecord(&FRecord);
     FRespView->SetDataSource(nullptr);
     FResponse = FOperation->Response ? std::make_unique<TZOValueHolder>(FOperation->Response, true) : nullptr;
     auto source = std::make_unique<TZOObjectDataSource>(FRequest->Type(), FRequest->Data(), false, true);
@@ -109,6 +132,9 @@ void TZOExecutePage::InitRequest() {
     FReqView->SetDataSource(source.release());
     FUi->DownloadPanel->setVisible(IsDownload());
     FUi->DownloadEdit->clear();
+    FUi->CancelButton->hide();
+    FUi->ProgressLabel->hide();
+    ShowDetails(false);
 }
 
 bool TZOExecutePage::IsDownload() const { return FResponse && FResponse->Type()->Kind() == vkDownload; }
@@ -123,46 +149,7 @@ void TZOExecutePage::UpdateView() {
         FRespView->SetDataSource(nullptr);
         return;
     }
-    if (FUi->RespPanel->isHidden()) {
-        MoveToEnd(FUi->StackLayout, FUi->RespPanel);
-        FUi->RespPanel->show();
-    }
     ShowOutcome();
-}
-
-void TZOExecutePage::ShowOutcome() {
-    if (!FErrorMessage.isEmpty()) {
-        ShowInfo(FErrorMessage, true);
-        SetShowFileVisible(false);
-    } else if (!IsDownload() && FResponse && FResponse->HasValue()) {
-        FRespView->SetDataSource(new TZOObjectDataSource(FResponse.get(), false, false));
-        SetShowFileVisible(false);
-    } else if (!FResponseFilePath.isEmpty()) {
-        ShowInfo({QStringLiteral("File downloaded to:"),
-                  QStringLiteral("%1 (%2 bytes)").arg(FResponseFilePath, QString::number(FResponseFileSize))},
-                 false);
-        MoveToEnd(FUi->StackLayout, FUi->ShowFilePanel);
-        SetShowFileVisible(true);
-    } else {
-        ShowInfo({QStringLiteral("Ok"), QStringLiteral("No response data")}, false);
-        SetShowFileVisible(false);
-    }
-}
-
-void TZOExecutePage::ScrollToResponse() {
-    // Sizes are right only when the layouts have done what the new rows asked for.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    const int half = std::min(FUi->RespPanel->height(), FUi->ScrollBox->viewport()->height() / 2) / 2;
-    FUi->ScrollBox->ensureVisible(0, FUi->RespPanel->y() + half, 0, half);
-}
-
-void TZOExecutePage::ShowInfo(const QStringList& ALines, bool AIsError) {
-    FRespView->SetDataSource(new TInfoDataSource(AIsError ? ctError : ctNormal, ALines));
-}
-
-void TZOExecutePage::SetShowFileVisible(bool AIsVisible) {
-    FUi->ShowFilePanel->setVisible(AIsVisible);
-    FUi->ShowFileLabel->setVisible(AIsVisible);
 }
 
 void TZOExecutePage::UpdateButtons() {
@@ -173,8 +160,10 @@ void TZOExecutePage::UpdateButtons() {
 
 void TZOExecutePage::UpdateLabelColors(TZOIdeTheming* ATheming) {
     const bool isDark = ATheming->IsDarkTheme();
-    SetFontColor(FUi->InfoLabel, ATheming->GetSystemColor(TZOShellFrame::GRAY_COLORS[isDark]));
-    for (TZOLinkLabel* link : {FUi->HelpLabel, FUi->DownloadSaveAsLabel, FUi->ShowFileLabel})
+    for (QWidget* label : {FUi->InfoLabel, FUi->ProgressLabel, FUi->SummaryLabel})
+        SetFontColor(label, ATheming->GetSystemColor(TZOShellFrame::GRAY_COLORS[isDark]));
+    for (TZOLinkLabel* link : {FUi->HelpLabel, FUi->CopyCurlLabel, FUi->DownloadSaveAsLabel,
+                               FUi->DetailsLabel, FUi->CopyJsonLabel, FUi->SaveJsonLabel, FUi->ShowFileLabel})
         SetFontColor(link, ATheming->GetSystemColor(TZOShellFrame::LINK_COLORS[isDark]));
 }
 

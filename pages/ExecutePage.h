@@ -3,6 +3,7 @@
 
 #include "pages/ServicePage.h"
 
+#include "runtime/http/HttpRecord.h"
 #include "runtime/service/Request.h"
 #include "runtime/types/Streams.h"
 #include "runtime/types/ValueHolder.h"
@@ -15,6 +16,7 @@
 
 class QFile;
 class TZOIdeTheming;
+class TZOLinkLabel;
 class TZOObjectDataSource;
 class TZORestView;
 namespace Ui {
@@ -22,7 +24,8 @@ class ExecutePage;
 }
 
 /// Shows the request of an operation as an editable tree, takes the files to send and to write, executes the
-/// request, and shows what came of it: a value, a file, nothing, or a failure.
+/// request, and shows what came of it: a value, a file, nothing, or a failure. Ctrl+Enter executes from
+/// anywhere on the page; F6 and Shift+F6 go round its parts.
 class TZOExecutePage final : public TZOServicePage {
     Q_OBJECT
 
@@ -37,7 +40,9 @@ public:
     /// Whether the operation answers with a file.
     bool IsDownload() const;
     /// Executes the request on this thread, shows the outcome and scrolls to it. A download without a
-    /// destination asks for one first; nothing happens when the user gives none.
+    /// destination asks for one first, and before it replaces a file whose name was typed; nothing happens
+    /// when the user refuses. A request that lasts shows how far it is and can be cancelled; nothing else of
+    /// the application reacts then.
     void Execute();
     /// Refuses while the request's editor stands on a text that its value does not take.
     void ServiceOptions() override;
@@ -52,13 +57,11 @@ private:
     // The form (ExecutePage.cpp)
     void InitFonts();
     void InitHandlers();
+    void InitKeys();
+    void InitTabOrder();
     TZORestView* SetupRestView(QWidget* AParent);
     void InitRequest();
     void UpdateView();
-    void ShowOutcome();
-    void ScrollToResponse();
-    void ShowInfo(const QStringList& ALines, bool AIsError);
-    void SetShowFileVisible(bool AIsVisible);
     void UpdateButtons();
     void UpdateLabelColors(TZOIdeTheming* ATheming);
     void UpdateJsonColors(TZOIdeTheming* ATheming);
@@ -66,8 +69,29 @@ private:
     void ExecButtonClick();
     void HelpLabelClick();
 
-    // The request and its files (ExecuteRequest.cpp)
+    // The response (ExecuteResponse.cpp)
+    void ShowOutcome();
+    void ScrollToResponse();
+    void ShowInfo(const QStringList& ALines, bool AIsError);
+    void SetShowFileVisible(bool AIsVisible);
+    void UpdateSummary();
+    void ShowDetails(bool AAreShown);
+    bool HasResponseValue() const;
+    void CopyJson();
+    void SaveJson();
+    static void Flash(TZOLinkLabel* ALabel, const QString& AText);
+
+    // The request (ExecuteRequest.cpp)
     void RunRequest();
+    void SendRequest();
+    void ShowProgress(qint64 AElapsedMs, qint64 ABytesSent, qint64 ABytesReceived);
+    void HideProgress();
+    void ShowFailure(const std::exception& AException);
+    void CopyCurlLabelClick();
+    void CopyCurl(bool AWithCredentials);
+    TZOHttpRequest PreparedRequest(QFile& AUploadFile);
+
+    // Its files (ExecuteFiles.cpp)
     void RequestGetValue(const TZOTypeInfo* AType, bool AHasValue, QString& AText) const;
     void RequestSetValue(const TZOTypeInfo* AType, const QString& AText, void* AValue, bool& AHandled);
     void RequestUploadDialog(ZOUpload& AUpload, bool& AHandled);
@@ -75,6 +99,7 @@ private:
     void SetUploadStream();
     void ResetUploadStream();
     bool DownloadSaveAs(bool AForce);
+    bool AgreeToOverwrite();
     ZODownload* DownloadValue();
     void SetDownloadStream();
     void ResetDownloadStream();
@@ -90,6 +115,8 @@ private:
     QString FResponseFilePath;
     qint32 FResponseFileSize = 0;
     std::unique_ptr<QFile> FDownloadStream; // as FUploadStream
+    QString FOverwriteName;                 // the destination that the user has agreed to replace
+    TZOHttpRecord FRecord;
     QStringList FErrorMessage;
     bool FExecuted = false;
     TZORestView* FReqView = nullptr;

@@ -1,16 +1,28 @@
-// The execute page's request: its execution, and the files that it sends and writes.
+// The execute page's request: its execution, and as a command for a shell.
 #include "pages/ExecutePage.h"
 
 #include "ui_ExecutePage.h"
 
+#include "pages/LongRequest.h"
+#include "pages/TransferText.h"
+
+#include "shell/ShellFrame.h"
+
 #include "jsoneditor/view/RestView.h"
 
+#include "runtime/http/CurlCommand.h"
+#include "runtime/http/HttpClient.h"
 #include "runtime/types/Failures.h"
-#include "runtime/types/Object.h"
 
-#include "platform/Dialogs.h"
+#include "platform/ExceptionDisplay.h"
 
+#include <QClipboard>
+#include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QScopeGuard>
 
 namespace {
 
@@ -27,7 +39,7 @@ QStringList Lines(QString AText) {
 void TZOExecutePage::Execute() {
     const QPointer<TZOExecutePage> self(this);
     // The page or its service may go while the user chooses a file.
-    if (!DownloadSaveAs(false) || !self || !Service())
+    if (!DownloadSaveAs(false) || !AgreeToOverwrite() || !self || !Service())
         return;
     const bool hadFocus = FUi->ExecButton->hasFocus();
     // A button that is disabled gives the focus to the next control, which would be scrolled to.
@@ -35,15 +47,13 @@ void TZOExecutePage::Execute() {
         FUi->ScrollBox->setFocus();
     FUi->ExecButton->setText(QStringLiteral("Executing..."));
     FUi->ExecButton->setEnabled(false);
-    FUi->ExecButton->repaint(); // this thread paints nothing more until the request is done
+    FUi->ExecButton->repaint(); // this thread paints nothing more until the request is done, or lasts
     try {
         RunRequest();
     } catch (const std::exception& e) {
-        if (FResponse)
-            FResponse->Clear();
-        FErrorMessage = Lines(ExceptionMessage(e));
-        FErrorMessage.prepend(ExceptionClassName(e));
+        ShowFailure(e);
     }
+    HideProgress();
     FUi->ExecButton->setText(QStringLiteral("Execute"));
     FUi->ExecButton->setEnabled(true);
     if (hadFocus)
@@ -55,133 +65,114 @@ void TZOExecutePage::Execute() {
 
 void TZOExecutePage::RunRequest() {
     FRespView->SetDataSource(nullptr); // its rows read the response that is cleared here
+    FRecord = TZOHttpRecord();
     SetUploadStream();
     SetDownloadStream();
     FErrorMessage.clear();
     FResponseFilePath.clear();
     FResponseFileSize = 0;
-    if (FResponse) {
-        if (!IsDownload())
-            FResponse->Clear();
-        FRequest->ExecRequest(FResponse.get());
-    } else {
-        FRequest->ExecRequest();
-    }
+    SendRequest();
     if (IsDownload())
         FormatDownloadResponse();
     ResetDownloadStream();
     ResetUploadStream();
 }
 
-void TZOExecutePage::RequestGetValue(const TZOTypeInfo* AType, bool AHasValue, QString& AText) const {
-    if (AType->Kind() == vkUpload)
-        AText = AHasValue ? FUploadFileName : QStringLiteral("file");
-}
-
-void TZOExecutePage::RequestSetValue(const TZOTypeInfo* AType, const QString& AText, void* AValue,
-                                     bool& AHandled) {
-    if (AType->Kind() != vkUpload)
+void TZOExecutePage::SendRequest() {
+    TZOLongRequest longRequest(FUi->CancelButton, [this](const TZOLongRequest::TProgress& AProgress) {
+        ShowProgress(AProgress.ElapsedMs, AProgress.BytesSent, AProgress.BytesReceived);
+    });
+    TZOHttpClient& client = Service()->Component()->HttpClient();
+    client.SetIdle([&](qint64 ASent, qint64 AReceived) { return longRequest.Idle(ASent, AReceived); });
+    Shell()->SetBusy(true);
+    const auto done = qScopeGuard([&] {
+        client.SetIdle({});
+        Shell()->SetBusy(false);
+    });
+    if (!FResponse) {
+        FRequest->ExecRequest();
         return;
-    FUploadFileName = AText;
-    static_cast<ZOUpload*>(AValue)->SetStream(nullptr);
-    AHandled = true;
-}
-
-void TZOExecutePage::RequestUploadDialog(ZOUpload& AUpload, bool& AHandled) {
-    const QString initial = AUpload.GetStream() ? FUploadFileName : QString();
-    const auto name = Dialogs().OpenFile(this, QStringLiteral("Select file to upload"), initial);
-    if (!name)
-        return;
-    FUploadFileName = *name;
-    AUpload.SetStream(&FStreamMark);
-    AHandled = true;
-}
-
-bool TZOExecutePage::FindUpload(const QIODevice* AStream, ZOUpload*& AUpload) {
-    const ZOObject* request = *static_cast<ZOObject**>(FRequest->Data());
-    if (!request || !AStream)
-        return false;
-    for (const ZOObject::TGroup& group : FOperation->Request->Groups()) {
-        for (const ZOObject::TProperty& property : group.Properties) {
-            void* value = nullptr;
-            if (property.Type->Kind() != vkUpload ||
-                !ZOObject::TData::GetProp(request, property.Name, value) ||
-                static_cast<ZOUpload*>(value)->GetStream() != AStream)
-                continue;
-            AUpload = static_cast<ZOUpload*>(value);
-            return true;
-        }
     }
-    return false;
-}
-
-void TZOExecutePage::SetUploadStream() {
-    // An execution that failed has left its stream open, at its end perhaps.
-    ResetUploadStream();
-    ZOUpload* upload = nullptr;
-    if (!FindUpload(&FStreamMark, upload))
-        return;
-    FUploadStream = std::make_unique<QFile>(FUploadFileName);
-    if (!FUploadStream->open(QIODevice::ReadOnly))
-        throw EFOpenError(
-            QStringLiteral("Cannot open file \"%1\". %2").arg(FUploadFileName, FUploadStream->errorString()));
-    upload->SetMimeType(QString());
-    upload->SetStream(FUploadStream.get());
-}
-
-void TZOExecutePage::ResetUploadStream() {
-    ZOUpload* upload = nullptr;
-    if (FindUpload(FUploadStream.get(), upload)) {
-        upload->SetMimeType(QString());
-        upload->SetStream(&FStreamMark);
-    }
-    FUploadStream.reset();
-}
-
-bool TZOExecutePage::DownloadSaveAs(bool AForce) {
-    if (!IsDownload() || (!AForce && !FUi->DownloadEdit->text().isEmpty()))
-        return true;
-    const QPointer<TZOExecutePage> self(this);
-    const auto name = Dialogs().SaveFile(this, QStringLiteral("Download to file"), FUi->DownloadEdit->text());
-    if (!name || !self)
-        return false;
-    FUi->DownloadEdit->setText(*name);
-    return true;
-}
-
-ZODownload* TZOExecutePage::DownloadValue() {
-    void* value = nullptr;
-    return IsDownload() && FResponse->GetValue(value) ? static_cast<ZODownload*>(value) : nullptr;
-}
-
-void TZOExecutePage::SetDownloadStream() {
     if (!IsDownload())
-        return;
-    ResetDownloadStream();
-    FDownloadStream = std::make_unique<QFile>(FUi->DownloadEdit->text());
-    if (!FDownloadStream->open(QIODevice::WriteOnly | QIODevice::Truncate))
-        throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2")
-                                .arg(FDownloadStream->fileName(), FDownloadStream->errorString()));
-    void* value = nullptr;
-    FResponse->GetByRef(value);
-    static_cast<ZODownload*>(value)->SetStream(FDownloadStream.get());
+        FResponse->Clear();
+    FRequest->ExecRequest(FResponse.get());
 }
 
-void TZOExecutePage::ResetDownloadStream() {
-    if (ZODownload* download = DownloadValue())
-        download->SetStream(nullptr);
-    FDownloadStream.reset();
+void TZOExecutePage::ShowProgress(qint64 AElapsedMs, qint64 ABytesSent, qint64 ABytesReceived) {
+    QStringList parts(TransferText::Duration(AElapsedMs / 100 * 100));
+    if (ABytesSent > 0)
+        parts.append(QStringLiteral("%1 sent").arg(TransferText::Size(ABytesSent)));
+    parts.append(QStringLiteral("%1 received").arg(TransferText::Size(ABytesReceived)));
+    FUi->ProgressLabel->setText(parts.join(QStringLiteral(", ")));
+    if (!FUi->CancelButton->isHidden())
+        return;
+    FUi->CancelButton->show();
+    FUi->ProgressLabel->show();
+    // The request may have been started from far away.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    FUi->ScrollBox->ensureWidgetVisible(FUi->ExecPanel, 0, 8);
 }
 
-void TZOExecutePage::FormatDownloadResponse() {
-    const ZODownload* download = DownloadValue();
-    auto* file = download ? qobject_cast<QFile*>(download->GetStream()) : nullptr;
-    if (!file)
+void TZOExecutePage::HideProgress() {
+    FUi->CancelButton->hide();
+    FUi->ProgressLabel->hide();
+}
+
+void TZOExecutePage::ShowFailure(const std::exception& AException) {
+    if (FResponse)
+        FResponse->Clear();
+    FErrorMessage = Lines(ExceptionMessage(AException));
+    FErrorMessage.prepend(ExceptionClassName(AException));
+    if (!FDownloadStream || !FDownloadStream->isOpen())
         return;
-    // What is still buffered may find the disk full.
-    if (!file->flush())
-        throw EZODownloadError(
-            QStringLiteral("Cannot write file \"%1\". %2").arg(file->fileName(), file->errorString()));
-    FResponseFilePath = file->fileName();
-    FResponseFileSize = static_cast<qint32>(file->size());
+    FDownloadStream->flush();
+    const qint64 written = QFileInfo(FDownloadStream->fileName()).size(); // on the disk, not on its way there
+    const qint64 length = FRecord.ContentLength();
+    if (written > 0 && length >= 0)
+        FErrorMessage.append(QStringLiteral("%1 of %2 bytes written to %3")
+                                 .arg(written)
+                                 .arg(length)
+                                 .arg(FDownloadStream->fileName()));
+    else if (written > 0)
+        FErrorMessage.append(
+            QStringLiteral("%1 bytes written to %2").arg(written).arg(FDownloadStream->fileName()));
+}
+
+TZOHttpRequest TZOExecutePage::PreparedRequest(QFile& AUploadFile) {
+    ZOUpload* upload = nullptr;
+    const bool isMarked = FindUpload(&FStreamMark, upload);
+    if (isMarked)
+        upload->SetStream(&AUploadFile);
+    const auto restore = qScopeGuard([&] {
+        if (isMarked)
+            upload->SetStream(&FStreamMark);
+    });
+    return FRequest->Prepare();
+}
+
+void TZOExecutePage::CopyCurlLabelClick() {
+    if (!Service() || !FReqView->TryCloseEditor(true))
+        return;
+    QFile file(FUploadFileName);
+    if (!TZOCurlCommand::HasCredentials(PreparedRequest(file))) {
+        CopyCurl(false);
+        return;
+    }
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const auto& [caption, isWith] : {std::pair(QStringLiteral("&Without credentials"), false),
+                                          std::pair(QStringLiteral("With &credentials"), true)})
+        connect(menu->addAction(caption), &QAction::triggered, this,
+                [this, isWith = isWith] { GuardedCall(this, [&] { CopyCurl(isWith); }); });
+    menu->popup(FUi->CopyCurlLabel->mapToGlobal(FUi->CopyCurlLabel->rect().bottomLeft()));
+}
+
+void TZOExecutePage::CopyCurl(bool AWithCredentials) {
+    if (!Service())
+        return;
+    QFile file(FUploadFileName);
+    const QString command =
+        TZOCurlCommand::Of(PreparedRequest(file), {AWithCredentials, FUi->DownloadEdit->text()});
+    QGuiApplication::clipboard()->setText(command);
+    Flash(FUi->CopyCurlLabel, QStringLiteral("copied"));
 }

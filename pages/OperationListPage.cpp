@@ -3,6 +3,7 @@
 #include "ui_OperationListPage.h"
 
 #include "pages/ExecutePage.h"
+#include "pages/FocusRing.h"
 
 #include "shell/ShellFrame.h"
 
@@ -22,7 +23,9 @@ TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem
     FUi->InfoLabel->setText(AItem->Description());
     FUi->ListBox->SetFonts(FUi->CodeFontLabel->font(), FUi->CategoryFontLabel->font());
     FUi->ListBox->SetSearchEdit(FUi->SearchEdit);
+    FUi->ListBox->SetEmptyHint(QStringLiteral("No operation matches \"%1\"."));
     setFocusProxy(FUi->ListBox);
+    new TZOFocusRing(this, {FUi->SearchEdit, FUi->ListBox});
     connect(FUi->ListBox, &TZOSearchList::SearchChanged, this, &TZOOperationListPage::UpdateView);
     connect(FUi->ListBox, &TZOSearchList::Chosen, this,
             [this] { GuardedCall(this, [this] { OperationSelected(); }); });

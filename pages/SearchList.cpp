@@ -2,13 +2,17 @@
 
 #include "pages/ListRowDelegate.h"
 
+#include "shell/ShellFrame.h"
+
 #include "platform/IdeTheming.h"
+#include "platform/WrappedText.h"
 
 #include <QAbstractListModel>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 namespace {
@@ -143,6 +147,23 @@ void TZOSearchList::mouseDoubleClickEvent(QMouseEvent* AEvent) {
     // The base class calls it a double click whatever the button.
     if (AEvent->button() == Qt::LeftButton)
         QListView::mouseDoubleClickEvent(AEvent);
+}
+
+QString TZOSearchList::ShownHint() const {
+    const QString search = FSearchEdit ? FSearchEdit->text() : QString();
+    return FModel->Rows().empty() && !search.isEmpty() ? FEmptyHint.arg(search) : QString();
+}
+
+void TZOSearchList::paintEvent(QPaintEvent* AEvent) {
+    QListView::paintEvent(AEvent);
+    const QString hint = ShownHint();
+    if (hint.isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setFont(font());
+    painter.setPen(TZOIdeTheming::GetSystemColor(TZOShellFrame::GRAY_COLORS[TZOIdeTheming::IsDarkTheme()]));
+    // Where the first row would be.
+    DrawWrappedText(painter, viewport()->rect().adjusted(32, 4, -24, -4), hint);
 }
 
 bool TZOSearchList::eventFilter(QObject* AObject, QEvent* AEvent) {

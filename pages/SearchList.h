@@ -34,6 +34,10 @@ public:
     /// the theme is dark.
     void UpdateSearchEditColor(const TZOIdeTheming* ATheming);
     void SetFonts(const QFont& AName, const QFont& ACategory);
+    /// What is painted, in grey, where a search matches nothing; "%1" stands for what was searched.
+    void SetEmptyHint(const QString& AHint) { FEmptyHint = AHint; }
+    /// Empty while there are rows, or nothing is searched.
+    QString ShownHint() const;
     /// Replaces all rows; no row is selected then.
     void SetRows(std::vector<TRow> ARows);
     /// The row that is selected, from 0, categories counted; -1 when there is none.
@@ -57,6 +61,7 @@ protected:
     void focusInEvent(QFocusEvent* AEvent) override;
     void keyPressEvent(QKeyEvent* AEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* AEvent) override;
+    void paintEvent(QPaintEvent* AEvent) override;
 
 private:
     class TModel;
@@ -67,4 +72,5 @@ private:
     std::unique_ptr<TModel> FModel;
     TZOListRowDelegate* FDelegate;
     QLineEdit* FSearchEdit = nullptr;
+    QString FEmptyHint;
 };

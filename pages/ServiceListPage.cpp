@@ -2,6 +2,7 @@
 
 #include "ui_ServiceListPage.h"
 
+#include "pages/FocusRing.h"
 #include "pages/OperationListPage.h"
 #include "pages/ServicePage.h"
 
@@ -25,7 +26,9 @@ TZOServiceListPage::TZOServiceListPage(TZOShellFrame* AShell)
     FUi->CodeFontLabel->setFont(UiFont(QStringLiteral("Courier New"), 13));
     FUi->ListBox->SetFonts(FUi->CodeFontLabel->font(), FUi->CategoryFontLabel->font());
     FUi->ListBox->SetSearchEdit(FUi->SearchEdit);
+    FUi->ListBox->SetEmptyHint(QStringLiteral("No service matches \"%1\"."));
     setFocusProxy(FUi->ListBox);
+    new TZOFocusRing(this, {FUi->SearchEdit, FUi->ListBox});
     connect(FUi->ListBox, &TZOSearchList::SearchChanged, this, &TZOServiceListPage::UpdateList);
     connect(FUi->ListBox, &TZOSearchList::Chosen, this,
             [this] { GuardedCall(this, [this] { ServiceSelected(); }); });

@@ -11,6 +11,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QUrl>
 
 #include <utility>
@@ -57,6 +58,13 @@ std::optional<QString> TZODialogs::InputQuery(QWidget* AParent, const QString& A
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.textValue();
+}
+
+bool TZODialogs::Confirm(QWidget* AParent, const QString& ACaption, const QString& AQuestion) {
+    QMessageBox box(QMessageBox::Question, ACaption, AQuestion, QMessageBox::Yes | QMessageBox::No, AParent);
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void TZODialogs::RevealFile(const QString& AFileName) {

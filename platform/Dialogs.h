@@ -23,6 +23,8 @@ public:
     /// A line of text that starts as AValue; nothing when the user cancelled.
     virtual std::optional<QString> InputQuery(QWidget* AParent, const QString& ACaption,
                                               const QString& APrompt, const QString& AValue = {});
+    /// Whether the user agrees to what AQuestion asks.
+    virtual bool Confirm(QWidget* AParent, const QString& ACaption, const QString& AQuestion);
     /// Opens the file manager with AFileName selected, or its folder where there is no file manager that can.
     /// Returns at once.
     virtual void RevealFile(const QString& AFileName);

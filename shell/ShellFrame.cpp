@@ -91,7 +91,7 @@ void TZOShellFrame::customEvent(QEvent* AEvent) {
 }
 
 void TZOShellFrame::ExecNavTask() {
-    if (!FNavTo)
+    if (!FNavTo || FIsBusy)
         return;
     TZOShellPage* page = FNavTo;
     FNavTo = nullptr;
@@ -105,6 +105,24 @@ void TZOShellFrame::ExecNavTask() {
     }
     UpdatePagesShowing();
     UpdateOptions(FTheming, false);
+}
+
+void TZOShellFrame::SetBusy(bool AIsBusy) {
+    FIsBusy = AIsBusy;
+    if (AIsBusy)
+        return;
+    // The page is still at work with its answer: what was held back comes after it.
+    for (auto& call : std::exchange(FHeldCalls, {}))
+        QMetaObject::invokeMethod(
+            this, [this, call = std::move(call)] { GuardedCall(this, call); }, Qt::QueuedConnection);
+    if (FNavTo)
+        NavigateAsync(FNavTo);
+}
+
+bool TZOShellFrame::HoldCall(std::function<void()> ACall) {
+    if (FIsBusy)
+        FHeldCalls.push_back(std::move(ACall));
+    return FIsBusy;
 }
 
 void TZOShellFrame::GoBackAsync() {
@@ -139,6 +157,8 @@ void TZOShellFrame::PopToServiceList() {
 }
 
 void TZOShellFrame::ShowServiceList() {
+    if (HoldCall([this] { ShowServiceList(); }))
+        return;
     PopToServiceList();
     if (FNavStack.isEmpty())
         NavigateAsync(PageFactory().MakeServiceList(this));

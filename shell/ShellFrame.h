@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -59,6 +60,11 @@ public:
     /// Asks the top page to open the authentication options of its service.
     void ServiceOptionsAsync();
 
+    /// While a page is busy with a request on this thread, navigation and ExploreComponent, ShowServiceList
+    /// and ServiceClassAdded wait until it is done. Components and classes must not go meanwhile.
+    bool IsBusy() const { return FIsBusy; }
+    void SetBusy(bool AIsBusy);
+
     /// The first item of AComponent, or null.
     TZOServiceItem* FindService(const QObject* AComponent) const;
     int GetServiceCount() const { return static_cast<int>(FServices.size()); }
@@ -90,6 +96,7 @@ private:
     void InitComponents();
     void InitServiceList();
     void ExecNavTask();
+    bool HoldCall(std::function<void()> ACall);
     void UpdatePagesShowing();
     void UpdateNavBar(TZOIdeTheming* ATheming);
     void UpdateNavLabel(TZOIdeTheming* ATheming, int APosition);
@@ -110,4 +117,6 @@ private:
     QList<TZOShellPage*> FNavStack;
     std::vector<std::unique_ptr<TZOServiceItem>> FServices;
     TZOIdeTheming* FTheming = nullptr;
+    bool FIsBusy = false;
+    std::vector<std::function<void()>> FHeldCalls;
 };

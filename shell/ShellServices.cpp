@@ -33,6 +33,11 @@ void TZOShellFrame::TellServiceAdded(TZOServiceItem* AItem) {
 }
 
 void TZOShellFrame::ExploreComponent(TZORestService* AComponent) {
+    if (HoldCall([this, component = QPointer(AComponent)] {
+            if (component)
+                ExploreComponent(component);
+        }))
+        return;
     TZOServiceItem* item = FindService(AComponent);
     if (!item)
         item = FServices.insert(FServices.begin(), std::make_unique<TZOServiceItem>(this, AComponent))->get();
@@ -46,6 +51,12 @@ void TZOShellFrame::ExploreComponent(TZORestService* AComponent) {
 }
 
 void TZOShellFrame::ServiceClassAdded(const TZORestServiceClass* AClass) {
+    if (HoldCall([this, AClass] {
+            const auto& classes = TZOTypeInfo::Services();
+            if (std::find(classes.begin(), classes.end(), AClass) != classes.end())
+                ServiceClassAdded(AClass);
+        }))
+        return;
     const auto isOfClass = [&](const auto& AItem) {
         return AItem->SvcClass() == AClass && !AItem->GetIsUserComp();
     };

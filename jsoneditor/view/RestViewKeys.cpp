@@ -37,8 +37,10 @@ bool TZORestView::ClaimKey(QKeyEvent* AEvent) {
     FOfferedKey = nullptr;
     const TKey key = NormalKey(AEvent);
     const bool control = key.Shift.testFlag(Qt::ControlModifier);
+    // Ctrl+Enter is the host's, where it has a shortcut on it.
     const bool own = IsPageKey(key.Key, key.Shift) || key.Key == Qt::Key_Up || key.Key == Qt::Key_Down ||
-                     key.Key == Qt::Key_Tab || key.Key == Qt::Key_Return || key.Key == Qt::Key_Escape ||
+                     key.Key == Qt::Key_Tab || (key.Key == Qt::Key_Return && !control) ||
+                     key.Key == Qt::Key_Escape ||
                      (control && (key.Key == Qt::Key_Home || key.Key == Qt::Key_End));
     if (!own && !(FDataSource && FDataSource->WantsKey(key.Key, key.Shift)))
         return false;

@@ -39,9 +39,11 @@ TZOCurlTransfer::TZOCurlTransfer(CURLM* AMulti, CURL* AEasy, const TZOHttpExchan
     SetUpHeaders();
     SetUpBody();
     SetUpCallbacks();
+    SetUpRecord();
 }
 
 TZOCurlTransfer::~TZOCurlTransfer() {
+    FinishRecord();
     curl_multi_remove_handle(FMulti, FEasy);
     // The handle outlives everything that it was told of, and the next transfer starts as this one did.
     if (IsPlain()) {
@@ -71,7 +73,7 @@ void TZOCurlTransfer::Prepare(CURL* AEasy) {
 }
 
 bool TZOCurlTransfer::IsPlain() const {
-    return FExchange.Method == "GET" && !FExchange.Body && !FExchange.Destination &&
+    return FExchange.Method == "GET" && !FExchange.Body && !FExchange.Destination && !FExchange.Record &&
            FExchange.CaFile.isEmpty();
 }
 
@@ -133,6 +135,16 @@ void TZOCurlTransfer::SetUpCallbacks() {
     curl_easy_setopt(FEasy, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(FEasy, CURLOPT_XFERINFODATA, this);
     curl_easy_setopt(FEasy, CURLOPT_PREREQDATA, this);
+}
+
+void TZOCurlTransfer::SetUpRecord() {
+    if (!FExchange.Record)
+        return;
+    FExchange.Record->Hops.append(TZOHttpHop());
+    // The transport tells the head that it sends, with what it has added, only to whoever listens closely.
+    curl_easy_setopt(FEasy, CURLOPT_DEBUGFUNCTION, &TZOCurlTransfer::OnDebug);
+    curl_easy_setopt(FEasy, CURLOPT_DEBUGDATA, this);
+    curl_easy_setopt(FEasy, CURLOPT_VERBOSE, 1L);
 }
 
 TZOHttpResponse TZOCurlTransfer::Run() {
@@ -213,13 +225,27 @@ void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
         FResponse.Headers.reserve(UsualHeaders);
         FResponse.Status = line.sliced(status, (end < 0 ? line.size() : end) - status).toInt();
         FResponse.Reason = end < 0 ? QByteArray() : line.sliced(end + 1).toByteArray();
+        if (FExchange.Record) {
+            FExchange.Record->Hops.last().StatusLine = line.toByteArray();
+            FExchange.Record->Hops.last().ResponseHeaders.clear();
+        }
     } else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
         FResponse.Headers.append(
             {line.first(colon).trimmed().toByteArray(), line.sliced(colon + 1).trimmed().toByteArray()});
+        if (FExchange.Record)
+            FExchange.Record->Hops.last().ResponseHeaders.append(FResponse.Headers.last());
     }
 }
 
+void TZOCurlTransfer::FinishRecord() {
+    if (!FExchange.Record)
+        return;
+    FExchange.Record->BytesReceived = FBodyBytes;
+    FExchange.Record->Hops.last().HideCredentials(FExchange.Headers, FExchange.HiddenQuery);
+}
+
 bool TZOCurlTransfer::TakeBody(const char* AData, qint64 ASize) {
+    FBodyBytes += ASize;
     if (!IsForDestination())
         return TakeIntoMemory(AData, ASize);
     FPending.append(AData, ASize);
@@ -322,6 +348,17 @@ int TZOCurlTransfer::OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, c
     self->FHasActivity |= AReceived != self->FReceived || ASent != self->FSent;
     self->FReceived = AReceived;
     self->FSent = ASent;
+    return 0;
+}
+
+int TZOCurlTransfer::OnDebug(CURL*, curl_infotype AKind, char* AData, std::size_t ASize, void* ASelf) {
+    auto* self = static_cast<TZOCurlTransfer*>(ASelf);
+    // Later heads are of further attempts on another connection: the last one is the one that was answered.
+    if (AKind == CURLINFO_HEADER_OUT)
+        self->Guarded([&] {
+            self->FExchange.Record->Hops.last().SetRequestHead({AData, static_cast<qsizetype>(ASize)});
+            return true;
+        });
     return 0;
 }
 

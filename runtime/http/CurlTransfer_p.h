@@ -3,6 +3,7 @@
 
 #include "runtime/http/HttpBodySource_p.h"
 #include "runtime/http/HttpClient.h"
+#include "runtime/http/HttpRecord.h"
 #include "runtime/http/HttpUrl_p.h"
 
 #include <chrono>
@@ -17,7 +18,9 @@ struct TZOHttpExchange {
     QList<TZOHttpHeader> Headers;
     const TZOHttpBody* Body = nullptr;   ///< null: none
     TZOHttpBodySource* Source = nullptr; ///< of a body that is streamed
+    QByteArray HiddenQuery;              ///< what of the query is never shown
     QIODevice* Destination = nullptr;
+    TZOHttpRecord* Record = nullptr; ///< null: nothing is written down
     const TZOHttpClient::TLimits* Limits = nullptr;
     const TZOHttpClient::TIdle* Idle = nullptr;
     QString CaFile;
@@ -47,12 +50,14 @@ private:
     void SetUpHeaders();
     void SetUpBody();
     void SetUpCallbacks();
+    void SetUpRecord();
     CURLcode Drive();
     void CheckSilence();
     void CheckIdle(TClock::time_point& ALast) const;
     [[noreturn]] void Fail(CURLcode ACode);
     void FinishDestination();
     void TakeHeaderLine(QByteArrayView ALine);
+    void FinishRecord();
     bool TakeBody(const char* AData, qint64 ASize);
     bool TakeIntoMemory(const char* AData, qint64 ASize);
     void WritePending();
@@ -68,6 +73,7 @@ private:
     static std::size_t OnRead(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf);
     static int OnSeek(void* ASelf, curl_off_t AOffset, int AOrigin);
     static int OnProgress(void* ASelf, curl_off_t, curl_off_t AReceived, curl_off_t, curl_off_t ASent);
+    static int OnDebug(CURL*, curl_infotype AKind, char* AData, std::size_t ASize, void* ASelf);
     static int OnConnected(void* ASelf, char*, char*, int, int);
 
     struct TFreeList {
@@ -81,6 +87,7 @@ private:
     TZOHttpResponse FResponse;
     QByteArray FPending; ///< on its way to the destination
     qint64 FHeaderBytes = 0;
+    qint64 FBodyBytes = 0;
     qint64 FSent = 0;
     qint64 FReceived = 0;
     bool FIsConnected = false;

@@ -79,6 +79,8 @@ public:
         FExchange.Method = ARequest.Method;
         FExchange.Headers = ARequest.Headers;
         FExchange.Destination = ARequest.Destination;
+        FExchange.Record = ARequest.Record;
+        FExchange.HiddenQuery = ARequest.CredentialQuery;
         if (ARequest.Body.Kind != bkNone)
             FExchange.Body = &ARequest.Body;
         if (ARequest.Body.Kind == bkStream || ARequest.Body.Kind == bkMultipart)
@@ -180,6 +182,15 @@ TZOHttpResponse TZOHttpClient::Execute(const TZOHttpRequest& ARequest) {
     const auto release = qScopeGuard([this] { FImpl->IsBusy = false; });
 
     const TClock::time_point start = TClock::now();
+    const auto micros = [start] {
+        return std::chrono::duration_cast<std::chrono::microseconds>(TClock::now() - start).count();
+    };
+    if (ARequest.Record)
+        *ARequest.Record = TZOHttpRecord();
+    const auto finish = qScopeGuard([&] {
+        if (ARequest.Record)
+            ARequest.Record->TotalMicros = micros();
+    });
     TZORedirectWalk walk(ARequest);
     TZOHttpExchange& exchange = walk.Exchange();
     exchange.Limits = &FLimits;
@@ -195,7 +206,6 @@ TZOHttpResponse TZOHttpClient::Execute(const TZOHttpRequest& ARequest) {
         response = FImpl->Run(exchange);
     }
     response.FinalUrl = walk.ShownUrl();
-    response.TotalMicros =
-        std::chrono::duration_cast<std::chrono::microseconds>(TClock::now() - start).count();
+    response.TotalMicros = micros();
     return response;
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QIODevice;
+struct TZOHttpRecord;
 
 struct TZOHttpHeader {
     QByteArray Name;
@@ -40,6 +41,9 @@ struct TZOHttpRequest {
     TZOHttpBody Body;
     /// Where the body of a 2xx answer goes instead of into memory; not owned.
     QIODevice* Destination = nullptr;
+    /// Where it is written down what goes over the wire, also when the request fails; null: nowhere. Not
+    /// owned.
+    TZOHttpRecord* Record = nullptr;
 };
 
 struct TZOHttpResponse {

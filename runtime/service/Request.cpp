@@ -101,10 +101,16 @@ QString ZORequest::ServerUrl() const {
     return isMoved || FOper->Http.Server.isEmpty() ? FService->ServerUrl() : FOper->Http.Server;
 }
 
-TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
+TZOHttpRequest ZORequest::Prepare() const {
     TZOHttpRequest request = TZORequestBuilder(*FOper, FValue->Object).Build(ServerUrl());
     Credentials::Apply(*FService, *FOper, request);
+    return request;
+}
+
+TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
+    TZOHttpRequest request = Prepare();
     request.Destination = ADestination;
+    request.Record = FRecord;
     TZOHttpResponse answer = FService->HttpClient().Execute(request);
     if (answer.Status / 100 != 2)
         throw EZOHttpStatusError(ResponseText::Failure(answer));

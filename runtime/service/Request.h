@@ -5,6 +5,8 @@
 
 #include "runtime/types/ValueHolder.h"
 
+struct TZOHttpRecord;
+struct TZOHttpRequest;
 struct TZOHttpResponse;
 
 /// Binds a service instance to an operation's request type and holds the request value.
@@ -31,6 +33,13 @@ public:
     /// The same for an operation without response data; what the server sends all the same is dropped.
     void ExecRequest();
 
+    /// Executions write down in ARecord what went over the wire, also when they fail; null, the default:
+    /// nowhere. Not owned.
+    void SetRecord(TZOHttpRecord* ARecord) { FRecord = ARecord; }
+    /// The HTTP request that an execution would send now, credentials included and marked as such. Its
+    /// streams are those of the request value. Raises what an execution raises before it sends anything.
+    TZOHttpRequest Prepare() const;
+
 private:
     struct TValue;
 
@@ -39,5 +48,6 @@ private:
 
     TZORestService* FService;
     POper FOper;
+    TZOHttpRecord* FRecord = nullptr;
     std::unique_ptr<TValue> FValue;
 };

@@ -31,6 +31,30 @@ public:
             AResponse.set_content(std::string(std::stoul(ARequest.get_param_value("bytes")), 'x'),
                                   "application/octet-stream");
         });
+        const auto inParts = [&AOwner](std::size_t ASize, std::size_t AOffset, httplib::DataSink& ASink) {
+            const std::size_t half = ASize / 2;
+            if (AOffset == half && AOwner.OnHalf)
+                AOwner.OnHalf();
+            const std::string part(AOffset < half ? half : ASize - half, 'y');
+            return ASink.write(part.data(), part.size());
+        };
+        Http.Get("/halves", [inParts](const httplib::Request& ARequest, httplib::Response& AResponse) {
+            const std::size_t size = std::stoul(ARequest.get_param_value("bytes"));
+            AResponse.set_content_provider(
+                size, "application/octet-stream",
+                [inParts, size](std::size_t AOffset, std::size_t, httplib::DataSink& ASink) {
+                    return inParts(size, AOffset, ASink);
+                });
+        });
+        Http.Get("/chunks", [inParts](const httplib::Request&, httplib::Response& AResponse) {
+            AResponse.set_chunked_content_provider("application/octet-stream",
+                                                   [inParts](std::size_t AOffset, httplib::DataSink& ASink) {
+                                                       const bool isDone = inParts(8, AOffset, ASink);
+                                                       if (AOffset > 0)
+                                                           ASink.done();
+                                                       return isDone;
+                                                   });
+        });
         Http.Post("/store", [this](const httplib::Request& ARequest, httplib::Response& AResponse) {
             const auto part = ARequest.get_file_value("file");
             if (Refusals-- > 0)
@@ -83,6 +107,11 @@ ExecutePageTest::ExecutePageTest() {
     service.Operation(QStringLiteral("Fail"), {}, "GET", QStringLiteral("/fail"), {}, echo);
     service.Operation(QStringLiteral("Download"), {}, "GET", QStringLiteral("/file"),
                       {P::InQuery(QStringLiteral("bytes"), types.Scalar(vkInteger), {})},
+                      types.Scalar(vkDownload));
+    service.Operation(QStringLiteral("Halves"), {}, "GET", QStringLiteral("/halves"),
+                      {P::InQuery(QStringLiteral("bytes"), types.Scalar(vkInteger), {})},
+                      types.Scalar(vkDownload));
+    service.Operation(QStringLiteral("Chunks"), {}, "GET", QStringLiteral("/chunks"), {},
                       types.Scalar(vkDownload));
     service.Operation(QStringLiteral("Upload"), {}, "POST", QStringLiteral("/store"),
                       {P::InPart(QStringLiteral("file"), types.Scalar(vkUpload), {})}, echo);
@@ -144,4 +173,23 @@ QString ExecutePageTest::WriteFile(const QString& AName, const QByteArray& ACont
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(AContent);
     return file.fileName();
+}
+
+QByteArray ExecutePageTest::ReadFile(const QString& AName) const {
+    QFile file(Folder.filePath(AName));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << AName.toStdString();
+    return file.readAll();
+}
+
+void ExecutePageTest::OnGui(const std::function<void()>& AWhat) {
+    QMetaObject::invokeMethod(qApp, AWhat, Qt::BlockingQueuedConnection);
+}
+
+void ExecutePageTest::ClickInWindow(const QWidget* AWidget) const {
+    const QPoint place = AWidget->mapTo(Shell.get(), AWidget->rect().center());
+    QTest::mouseClick(Shell->windowHandle(), Qt::LeftButton, {}, place);
+}
+
+void ExecutePageTest::KeyInWindow(Qt::Key AKey, Qt::KeyboardModifiers AModifiers) const {
+    QTest::keyClick(Shell->windowHandle(), AKey, AModifiers);
 }

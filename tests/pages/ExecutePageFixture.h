@@ -11,7 +11,8 @@
 #include <functional>
 
 /// Runs while it lives. Paths: /echo?text= (an object), /nothing (204), /file?bytes= (that many bytes),
-/// /store (a POST, the length and first bytes of its body), /fail (a 404 with a message of two lines).
+/// /store (a POST, the length and first bytes of its body), /fail (a 404 with a message of two lines),
+/// /halves?bytes= (that many bytes, in two parts), /chunks (8 bytes in two parts, of unknown length).
 class TTestServer {
 public:
     TTestServer();
@@ -19,6 +20,8 @@ public:
     QString Url() const;
     /// Called on the server's thread while a request to /echo is being answered.
     std::function<void()> OnEcho;
+    /// The same, between the two parts of what comes in parts.
+    std::function<void()> OnHalf;
 
 private:
     class TImpl;
@@ -44,6 +47,12 @@ protected:
     void GoTo(const QString& AKey);
     void Execute();
     QString WriteFile(const QString& AName, const QByteArray& AContent) const;
+    QByteArray ReadFile(const QString& AName) const;
+    /// From the server's thread: runs AWhat on the explorer's, and waits for it.
+    static void OnGui(const std::function<void()>& AWhat);
+    /// A click that comes through the window, as the display server's do.
+    void ClickInWindow(const QWidget* AWidget) const;
+    void KeyInWindow(Qt::Key AKey, Qt::KeyboardModifiers AModifiers = {}) const;
 
     TTestServer Server;
 

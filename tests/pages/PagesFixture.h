@@ -39,12 +39,17 @@ public:
                                       const QString& AValue) override {
         return Answer(QStringLiteral("query %1|%2|%3").arg(ACaption, APrompt, AValue));
     }
+    bool Confirm(QWidget*, const QString& ACaption, const QString& AQuestion) override {
+        Asked.append(QStringLiteral("confirm %1|%2").arg(ACaption, AQuestion));
+        return std::exchange(IsAgreed, false);
+    }
     void RevealFile(const QString& AFileName) override {
         Asked.append(QStringLiteral("reveal ") + AFileName);
     }
 
     QStringList Asked;
     std::deque<std::optional<QString>> Answers; // none left: cancel
+    bool IsAgreed = false;                      // to the next question
 
 private:
     std::optional<QString> Answer(const QString& AQuestion) {
