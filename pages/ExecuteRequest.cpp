@@ -99,13 +99,16 @@ void TZOExecutePage::SendRequest() {
 }
 
 void TZOExecutePage::ShowProgress(qint64 AElapsedMs, qint64 ABytesSent, qint64 ABytesReceived) {
-    QStringList parts(TransferText::Duration(AElapsedMs / 100 * 100));
+    QStringList parts(TransferText::Duration(AElapsedMs));
     if (ABytesSent > 0)
         parts.append(QStringLiteral("%1 sent").arg(TransferText::Size(ABytesSent)));
     parts.append(QStringLiteral("%1 received").arg(TransferText::Size(ABytesReceived)));
     FUi->ProgressLabel->setText(parts.join(QStringLiteral(", ")));
     if (!FUi->CancelButton->isHidden())
         return;
+    // The response before is gone; what was around it goes now that this is seen.
+    FUi->RespPanel->hide();
+    SetShowFileVisible(false);
     FUi->CancelButton->show();
     FUi->ProgressLabel->show();
     // The request may have been started from far away.

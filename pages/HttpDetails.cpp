@@ -68,7 +68,7 @@ QString TZOHttpDetails::Summary(const TZOHttpRecord& ARecord) {
 }
 
 QSize TZOHttpDetails::sizeHint() const {
-    double height = 2 * Padding;
+    double height = Padding; // the last block brings the lower one along
     for (QTextBlock block = document()->firstBlock(); block.isValid() && height < MaxHeight;
          block = block.next())
         height += blockBoundingRect(block).height();

@@ -16,9 +16,10 @@ QString TransferText::Size(qint64 ABytes) {
 }
 
 QString TransferText::Duration(qint64 AMilliseconds) {
-    if (AMilliseconds < 1000)
+    if (AMilliseconds < 500)
         return QStringLiteral("%1 ms").arg(AMilliseconds);
+    // Cut, not rounded: a minute has no 60.0 seconds.
     if (AMilliseconds < 60'000)
-        return QStringLiteral("%1 s").arg(QString::number(static_cast<double>(AMilliseconds) / 1000, 'f', 1));
+        return QStringLiteral("%1.%2 s").arg(AMilliseconds / 1000).arg(AMilliseconds / 100 % 10);
     return QStringLiteral("%1 min %2 s").arg(AMilliseconds / 60'000).arg(AMilliseconds / 1000 % 60);
 }

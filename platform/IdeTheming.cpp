@@ -32,7 +32,7 @@ TScheme LightScheme() {
             .Highlight = 0x0B62C4,
             .HighlightedText = 0xFFFFFF,
             .Disabled = 0x6E7681,
-            .Placeholder = 0x565D67,
+            .Placeholder = 0x4C525B,
             .Link = 0x0066CC,
             .LinkVisited = 0x6B4FBB,
             .ToolTipBase = 0xFFFFFF,

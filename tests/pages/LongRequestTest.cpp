@@ -35,10 +35,7 @@ TEST_F(LongRequest, ShowsItsTimeAndBytes) {
     Execute();
     EXPECT_TRUE(wasShown);
     EXPECT_GE(shownAfter, TZOLongRequest::PatienceMs);
-    EXPECT_TRUE(
-        QRegularExpression(QStringLiteral("^[5-9]00 ms, 20 KiB received$|^\\d+\\.\\d s, 20 KiB received$"))
-            .match(text)
-            .hasMatch())
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d+\\.\\d s, 20 KiB received$")).match(text).hasMatch())
         << text.toStdString();
     EXPECT_FALSE(cancel->isVisible());
     EXPECT_FALSE(progress->isVisible());
