@@ -141,6 +141,19 @@ private:
     TZOHttpExchange FExchange;
 };
 
+void TraceRequest(const TZOHttpClient::TTrace& ATrace, const TZOHttpExchange& AExchange,
+                  const QByteArray& AShownUrl) {
+    ATrace("> " + AExchange.Method + ' ' + AShownUrl);
+    for (const TZOHttpHeader& header : AExchange.Headers)
+        ATrace("> " + header.Name + ": " + (header.IsCredential ? QByteArray("(not shown)") : header.Value));
+}
+
+void TraceResponse(const TZOHttpClient::TTrace& ATrace, const TZOHttpResponse& AResponse) {
+    ATrace("< " + QByteArray::number(AResponse.Status) + ' ' + AResponse.Reason);
+    for (const TZOHttpHeader& header : AResponse.Headers)
+        ATrace("< " + header.Name + ": " + header.Value);
+}
+
 } // namespace
 
 class TZOHttpClient::TImpl {
@@ -196,14 +209,22 @@ TZOHttpResponse TZOHttpClient::Execute(const TZOHttpRequest& ARequest) {
     exchange.Limits = &FLimits;
     exchange.Idle = &FIdle;
     exchange.CaFile = FCaFile;
-    TZOHttpResponse response = FImpl->Run(exchange);
+    const auto run = [&] {
+        if (FTrace)
+            TraceRequest(FTrace, exchange, walk.ShownUrl());
+        TZOHttpResponse answer = FImpl->Run(exchange);
+        if (FTrace)
+            TraceResponse(FTrace, answer);
+        return answer;
+    };
+    TZOHttpResponse response = run();
     for (int count = 0; IsRedirect(response); ++count) {
         if (count == FLimits.MaxRedirects)
             throw EZORedirectError(QStringLiteral("%1 redirects once more after %2 redirects.")
                                        .arg(exchange.Url->Place())
                                        .arg(count));
         walk.Follow(response);
-        response = FImpl->Run(exchange);
+        response = run();
     }
     response.FinalUrl = walk.ShownUrl();
     response.TotalMicros = micros();

@@ -22,6 +22,10 @@ public:
     /// Called at least every 50 ms while a request is under way; false cancels it (EZOCancelledError).
     using TIdle = std::function<bool(qint64 ABytesSent, qint64 ABytesReceived)>;
 
+    /// Hears the head of each request and answer, line by line, "> " before what is sent and "< " before
+    /// what comes. Credentials are left out.
+    using TTrace = std::function<void(const QByteArray& ALine)>;
+
     TZOHttpClient();
     TZOHttpClient(const TZOHttpClient&) = delete;
     TZOHttpClient& operator=(const TZOHttpClient&) = delete;
@@ -29,6 +33,7 @@ public:
 
     TLimits& Limits() noexcept { return FLimits; }
     void SetIdle(TIdle AIdle) { FIdle = std::move(AIdle); }
+    void SetTrace(TTrace ATrace) { FTrace = std::move(ATrace); }
     /// A PEM file with the certificates to trust instead of the system's; empty: the system's.
     void SetCaFile(const QString& APath) { FCaFile = APath; }
 
@@ -42,5 +47,6 @@ private:
     std::unique_ptr<TImpl> FImpl;
     TLimits FLimits;
     TIdle FIdle;
+    TTrace FTrace;
     QString FCaFile;
 };

@@ -1,0 +1,205 @@
+// Executes one operation.
+#include "hosts/zoapi/Commands.h"
+
+#include "hosts/zoapi/Arguments.h"
+#include "hosts/zoapi/Documents_p.h"
+#include "hosts/zoapi/RequestPath.h"
+#include "hosts/zoapi/Secrets.h"
+
+#include "runtime/http/HttpClient.h"
+#include "runtime/json/JsonCodec.h"
+#include "runtime/service/Request.h"
+#include "runtime/types/Streams.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+using namespace Documents;
+
+namespace {
+
+const QList<TZOArguments::TOption>& CallOptions() {
+    static const QList<TZOArguments::TOption> options = {
+        {"server", true},  {"set", true},    {"request", true}, {"upload", true}, {"output", true},
+        {"api-key", true}, {"bearer", true}, {"basic", true},   {"ca", true},     {"verbose"}};
+    return options;
+}
+
+/// One call from its arguments to its answer.
+class TCall {
+public:
+    explicit TCall(const TZOArguments& AArguments)
+        : FArguments(AArguments),
+          FDocument(Load(AArguments.Positional().front())),
+          FOper(FindOper(*FDocument, AArguments.Positional().last())),
+          FService(FDocument->ServiceClass()->Create()),
+          FRequest(FService.get(), FOper->Request),
+          FIsDownload(FOper->Response && FOper->Response->Kind() == vkDownload) {
+        if (FIsDownload && !FArguments.Has("output"))
+            throw EZOUsageError(
+                QStringLiteral("The operation answers with a file: say where to with --output."));
+        SetUpService();
+        FillRequest();
+        OpenOutput();
+    }
+
+    void Run() {
+        if (FIsDownload) {
+            TZOValueHolder response(FOper->Response, true);
+            void* ref = nullptr;
+            response.SetValue(true, ref);
+            static_cast<ZODownload*>(ref)->SetStream(&FOutput);
+            FRequest.ExecRequest(&response);
+        } else if (FOper->Response) {
+            TZOValueHolder response(FOper->Response, true);
+            FRequest.ExecRequest(&response);
+            if (response.HasValue())
+                return Write(TZOJson::Encode(response) + '\n');
+            PrintLine(QStringLiteral("Ok"), stderr);
+        } else {
+            FRequest.ExecRequest();
+            PrintLine(QStringLiteral("Ok"), stderr);
+        }
+    }
+
+    /// Takes away what a failed download has left.
+    void DropOutput() {
+        if (FIsDownload && FArguments.Value("output") != QStringLiteral("-"))
+            FOutput.remove();
+    }
+
+private:
+    void SetUpService() {
+        if (FArguments.Has("server"))
+            FService->SetServerUrl(FArguments.Value("server"));
+        SetUpKeys();
+        if (FArguments.Has("bearer"))
+            FService->SetToken(Secrets::Read(FArguments.Value("bearer")), {}, 0);
+        if (FArguments.Has("ca"))
+            FService->HttpClient().SetCaFile(FArguments.Value("ca"));
+        if (FArguments.Has("verbose"))
+            FService->HttpClient().SetTrace(
+                [](const QByteArray& ALine) { PrintLine(QString::fromUtf8(ALine), stderr); });
+    }
+
+    /// The service reads user and password from its API key, too; where the document has other kinds of keys
+    /// beside it, the scheme's name tells which is meant.
+    void SetUpKeys() {
+        if (FArguments.Has("api-key"))
+            FService->SetApiKey(Secrets::Read(FArguments.Value("api-key")));
+        if (!FArguments.Has("basic"))
+            return;
+        const auto& schemes = FService->TypeInfo()->Schemes();
+        const auto basic =
+            std::find_if(schemes.begin(), schemes.end(), [](const auto& s) { return s.Kind == skHttpBasic; });
+        if (basic == schemes.end())
+            throw EZOUsageError(QStringLiteral("The document knows no HTTP basic authentication."));
+        QString key = Secrets::Read(FArguments.Value("basic"));
+        if (schemes.size() > 1)
+            key.prepend(basic->Name + u'=');
+        if (FArguments.Has("api-key"))
+            key.prepend(FService->GetApiKey() + QStringLiteral("; "));
+        FService->SetApiKey(key);
+    }
+
+    void FillRequest() {
+        TZOValueHolder value(FRequest.Type(), FRequest.Data(), false);
+        if (FArguments.Has("request"))
+            ReadRequest(value);
+        for (const QString& setting : FArguments.Values("set")) {
+            const auto [path, text] = Pair("set", setting);
+            RequestPath::Set(value, path, text);
+        }
+        for (const QString& upload : FArguments.Values("upload")) {
+            const auto [path, file] = Pair("upload", upload);
+            AddUpload(value, path, file);
+        }
+    }
+
+    static std::pair<QString, QString> Pair(const char* AOption, const QString& AText) {
+        const qsizetype equals = AText.indexOf(u'=');
+        if (equals < 1)
+            throw EZOUsageError(
+                QStringLiteral("--%1 wants NAME=VALUE, not \"%2\".").arg(QLatin1String(AOption), AText));
+        return {AText.left(equals), AText.mid(equals + 1)};
+    }
+
+    void ReadRequest(TZOValueHolder& AValue) {
+        const QString name = FArguments.Value("request");
+        QFile file(name);
+        const bool isOpen = name == QStringLiteral("-") ? file.open(stdin, QIODevice::ReadOnly)
+                                                        : file.open(QIODevice::ReadOnly);
+        if (!isOpen)
+            throw EZOUsageError(
+                QStringLiteral("The request %1 cannot be read: %2.").arg(name, file.errorString()));
+        try {
+            TZOJson::Decode(file.readAll(), AValue);
+        } catch (const EZOJsonError& error) {
+            throw EZOUsageError(
+                QStringLiteral("The request %1 cannot be used: %2").arg(name, error.Message()));
+        }
+    }
+
+    void AddUpload(TZOValueHolder& AValue, const QString& APath, const QString& AFileName) {
+        const TZOValuePlace place = RequestPath::Reach(AValue, APath);
+        if (place.Type->Kind() != vkUpload)
+            throw EZOUsageError(QStringLiteral("\"%1\" takes no file.").arg(APath));
+        auto& file = FUploads.emplace_back(std::make_unique<QFile>(AFileName));
+        if (!file->open(QIODevice::ReadOnly))
+            throw EZOUsageError(
+                QStringLiteral("The upload %1 cannot be read: %2.").arg(AFileName, file->errorString()));
+        static_cast<ZOUpload*>(place.Storage)->SetStream(file.get());
+    }
+
+    void OpenOutput() {
+        const QString name = FArguments.Value("output");
+        FOutput.setFileName(name);
+        const bool isOpen = name.isEmpty() || name == QStringLiteral("-")
+                                ? FOutput.open(stdout, QIODevice::WriteOnly)
+                                : FOutput.open(QIODevice::WriteOnly);
+        if (!isOpen)
+            throw EZOUsageError(QStringLiteral("%1 cannot be written: %2.").arg(name, FOutput.errorString()));
+    }
+
+    void Write(const QByteArray& ABytes) {
+        if (FOutput.write(ABytes) != ABytes.size() || !FOutput.flush())
+            throw EZODownloadError(
+                QStringLiteral("The response cannot be written: %1.").arg(FOutput.errorString()));
+    }
+
+    const TZOArguments& FArguments;
+    std::unique_ptr<TZOApiDocument> FDocument;
+    POper FOper;
+    std::unique_ptr<TZORestService> FService;
+    ZORequest FRequest;
+    bool FIsDownload;
+    std::vector<std::unique_ptr<QFile>> FUploads;
+    QFile FOutput;
+};
+
+void PrintFailure(const EException& AFailure) {
+    PrintLine(AFailure.ClassName(), stderr);
+    PrintLine(AFailure.Message(), stderr);
+}
+
+} // namespace
+
+int Commands::Call(const QStringList& AArguments) {
+    const TZOArguments arguments(AArguments, CallOptions());
+    if (arguments.Positional().size() != 2)
+        throw EZOUsageError(QStringLiteral("Name a document and one of its operations."));
+    TCall call(arguments);
+    try {
+        call.Run();
+        return Success;
+    } catch (const EZORequestValueError& failure) {
+        call.DropOutput();
+        PrintFailure(failure);
+        return BadInput;
+    } catch (const EException& failure) {
+        call.DropOutput();
+        PrintFailure(failure);
+        return RequestFailed;
+    }
+}

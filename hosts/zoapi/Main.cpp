@@ -1,0 +1,77 @@
+#include "hosts/zoapi/Arguments.h"
+#include "hosts/zoapi/Commands.h"
+#include "hosts/zoapi/Secrets.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int BadCommandLine = 2;
+
+constexpr const char* Usage = R"(Usage: zoapi COMMAND ...
+
+  import [--json] DOC...         reads API documents and tells what is in them
+  operations [--json] DOC        lists the operations
+  describe DOC OPERATION         shows what an operation takes and answers
+  call DOC OPERATION [OPTION]... executes an operation
+
+Options of call:
+  --server URL         where requests go, instead of the document's first server
+  --set PATH=TEXT      sets a value of the request; PATH is a JSON pointer without its first slash
+  --request FILE       reads the request's value as JSON; - is standard input
+  --upload NAME=FILE   sends a file
+  --output FILE        where the response goes; - is standard output
+  --api-key KEY  --bearer TOKEN  --basic USER:PASSWORD
+                       credentials; also @FILE or env:NAME
+  --ca FILE            certificates to trust, in PEM
+  --verbose            shows the heads of requests and answers on standard error
+
+Exits with 0 on success, 1 when the request failed, 2 when something given is wrong.
+)";
+
+int RunCommand(const QStringList& AArguments) {
+    const QString command = AArguments.value(0);
+    const QStringList rest = AArguments.mid(1);
+    if (command == QStringLiteral("--help")) {
+        std::fputs(Usage, stdout);
+        return 0;
+    }
+    if (command == QStringLiteral("--version")) {
+        std::puts("zoapi " ZO_VERSION);
+        return 0;
+    }
+    const std::pair<const char*, int (*)(const QStringList&)> commands[] = {
+        {"import", &Commands::Import},
+        {"operations", &Commands::Operations},
+        {"describe", &Commands::Describe},
+        {"call", &Commands::Call},
+    };
+    for (const auto& [name, run] : commands) {
+        if (command == QLatin1String(name))
+            return run(rest);
+    }
+    throw EZOUsageError(command.isEmpty() ? QStringLiteral("A command is missing.")
+                                          : QStringLiteral("There is no command \"%1\".").arg(command));
+}
+
+} // namespace
+
+int main(int AArgc, char** AArgv) {
+    QStringList arguments;
+    for (int i = 1; i < AArgc; ++i)
+        arguments.append(QString::fromLocal8Bit(AArgv[i]));
+    Secrets::Wipe(AArgc, AArgv);
+    const QCoreApplication application(AArgc, AArgv);
+    try {
+        return RunCommand(arguments);
+    } catch (const EZOUsageError& error) {
+        std::fprintf(stderr, "%s\nTry 'zoapi --help'.\n", qUtf8Printable(error.Message()));
+        return BadCommandLine;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n%s\n", qUtf8Printable(ExceptionClassName(error)),
+                     qUtf8Printable(ExceptionMessage(error)));
+        return 1;
+    }
+}

@@ -1,0 +1,177 @@
+#include "hosts/zoapi/RequestPath.h"
+
+#include "hosts/zoapi/Arguments.h"
+
+#include "jsoneditor/values/ValueText.h"
+#include "runtime/json/JsonCodec.h"
+#include "runtime/types/List.h"
+#include "runtime/types/Map.h"
+#include "runtime/types/Object.h"
+#include "runtime/types/Union.h"
+#include "runtime/types/ValueHolder.h"
+
+#include <algorithm>
+
+namespace {
+
+[[noreturn]] void RaiseNoPlace(const QString& APath, const QString& AStep, const QString& AReason) {
+    throw EZOUsageError(
+        QStringLiteral("The request has no place \"%1\": \"%2\" %3.").arg(APath, AStep, AReason));
+}
+
+QString Unescaped(QString AStep) {
+    return AStep.replace(QStringLiteral("~1"), QStringLiteral("/"))
+        .replace(QStringLiteral("~0"), QStringLiteral("~"));
+}
+
+/// Walks from one value to another inside it.
+class TWalk {
+public:
+    TWalk(TZOValueHolder& ARoot, const QString& APath) : FPath(APath) {
+        FAt.Type = ARoot.Type();
+        ARoot.GetByRef(FAt.Storage);
+    }
+
+    TZOValuePlace At() const { return FAt; }
+
+    void Step(const QString& AStep) {
+        ChooseTag(AStep);
+        switch (FAt.Type->Kind()) {
+        case vkObject:
+            return StepIntoObject(AStep);
+        case vkList:
+            return StepIntoList(AStep);
+        case vkMap: {
+            auto* map = static_cast<ZOMap*>(FAt.Storage);
+            FAt.Type = map->Type()->ItemType();
+            return map->GetByRef(AStep, FAt.Storage);
+        }
+        default:
+            RaiseNoPlace(FPath, AStep, QStringLiteral("would be part of a value without parts"));
+        }
+    }
+
+    /// Whether the last step names the discriminator of a polymorphic object here.
+    bool IsDiscriminator(const QString& AStep) {
+        ChooseTag(AStep);
+        return FAt.Type->Kind() == vkObject && Declared()->GetHasSubtypes() &&
+               Declared()->DiscriminatorName() == AStep;
+    }
+
+    void ChooseSubtype(const QString& AName) {
+        const ZOObject::TSubtype* subtype = Declared()->FindSubtype(AName);
+        if (!subtype)
+            RaiseNoPlace(FPath, AName, QStringLiteral("is none of the types that can stand there"));
+        auto*& object = *static_cast<ZOObject**>(FAt.Storage);
+        delete object;
+        object = subtype->Type->CreateInstance().release();
+    }
+
+private:
+    const ZOObject::TTypeInfo* Declared() const { return static_cast<const ZOObject::TTypeInfo*>(FAt.Type); }
+
+    void StepIntoObject(const QString& AStep) {
+        auto* object = *static_cast<ZOObject**>(FAt.Storage);
+        const ZOObject::TTypeInfo* type = ZOObject::TData::Type(object);
+        const PProperty property = type->FindProperty(AStep);
+        if (!property && Declared()->GetHasSubtypes() && !Declared()->GetSubtypeByType(type))
+            RaiseNoPlace(FPath, AStep,
+                         QStringLiteral("needs \"%1\" to be set first").arg(Declared()->DiscriminatorName()));
+        if (!property)
+            RaiseNoPlace(FPath, AStep, QStringLiteral("is no property there"));
+        FAt.Type = property->Type;
+        ZOObject::TData::GetByRef(object, property->Index, FAt.Storage);
+    }
+
+    void StepIntoList(const QString& AStep) {
+        auto* list = static_cast<ZOList*>(FAt.Storage);
+        bool isNumber = false;
+        const int index = AStep == QStringLiteral("-") ? list->Count() : AStep.toInt(&isNumber);
+        if ((!isNumber && AStep != QStringLiteral("-")) || index < 0 || index > list->Count())
+            RaiseNoPlace(FPath, AStep, QStringLiteral("is no element of the list, nor the next one"));
+        FAt.Type = list->Type()->ItemType();
+        if (index == list->Count())
+            list->Insert(index, true, FAt.Storage);
+        else
+            list->GetByRef(index, FAt.Storage);
+    }
+
+    static bool CanTake(const TZOTypeInfo* AType, const QString& AStep) {
+        if (!AType)
+            return false;
+        if (AType->Kind() == vkObject) {
+            const auto* object = static_cast<const ZOObject::TTypeInfo*>(AType);
+            return object->FindProperty(AStep) ||
+                   (object->GetHasSubtypes() && object->DiscriminatorName() == AStep);
+        }
+        if (AType->Kind() == vkUnion) {
+            const auto& tags = static_cast<const ZOUnion::TTypeInfo*>(AType)->Tags();
+            return std::any_of(tags.begin(), tags.end(),
+                               [&](const auto& t) { return t.Type != AType && CanTake(t.Type, AStep); });
+        }
+        bool isNumber = false;
+        AStep.toInt(&isNumber);
+        return AType->Kind() == vkMap ||
+               (AType->Kind() == vkList && (isNumber || AStep == QStringLiteral("-")));
+    }
+
+    void ChooseTag(const QString& AStep) {
+        while (FAt.Type->Kind() == vkUnion) {
+            auto* value = *static_cast<ZOUnion**>(FAt.Storage);
+            PTag tag = ZOUnion::TData::GetTag(value);
+            for (const ZOUnion::TTag& other : ZOUnion::TData::Type(value)->Tags()) {
+                if (!tag && CanTake(other.Type, AStep))
+                    tag = &other;
+            }
+            if (!tag || !tag->Type)
+                RaiseNoPlace(FPath, AStep, QStringLiteral("fits none of the alternatives there"));
+            FAt.Type = tag->Type;
+            ZOUnion::TData::GetByRef(value, tag->Index, FAt.Storage);
+        }
+    }
+
+    QString FPath;
+    TZOValuePlace FAt;
+};
+
+void StoreText(const TZOValuePlace& APlace, const QString& APath, const QString& AText) {
+    bool isLong = false;
+    const qint64 number = APlace.Type->Kind() == vkInt64 ? AText.toLongLong(&isLong) : 0;
+    try {
+        if (isLong) {
+            *static_cast<qint64*>(APlace.Storage) = number;
+        } else if (ValueText::IsContainer(APlace.Type->Kind())) {
+            TZOValueHolder holder(APlace.Type, APlace.Storage, false);
+            TZOJson::Decode(AText.toUtf8(), holder);
+        } else if (APlace.Type->Kind() == vkUpload || APlace.Type->Kind() == vkDownload) {
+            throw EZOUsageError(QStringLiteral("it takes a file: use --upload"));
+        } else {
+            ValueText::FromText(APlace.Type, AText, APlace.Storage);
+        }
+    } catch (const EException& error) {
+        throw EZOUsageError(QStringLiteral("\"%1\" cannot be set: %2").arg(APath, error.Message()));
+    }
+}
+
+} // namespace
+
+TZOValuePlace RequestPath::Reach(TZOValueHolder& ARoot, const QString& APath) {
+    TWalk walk(ARoot, APath);
+    for (const QString& step : APath.split(u'/'))
+        walk.Step(Unescaped(step));
+    return walk.At();
+}
+
+void RequestPath::Set(TZOValueHolder& ARoot, const QString& APath, const QString& AText) {
+    TWalk walk(ARoot, APath);
+    const QStringList steps = APath.split(u'/');
+    for (qsizetype i = 0; i < steps.size(); ++i) {
+        const QString step = Unescaped(steps[i]);
+        if (i + 1 == steps.size() && walk.IsDiscriminator(step)) {
+            walk.ChooseSubtype(AText);
+            return;
+        }
+        walk.Step(step);
+    }
+    StoreText(walk.At(), APath, AText);
+}
