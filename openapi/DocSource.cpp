@@ -87,19 +87,21 @@ bool TDocSource::ReadInto(TDocTree& ATree, const DocYaml::TProgress& AProgress, 
     QByteArray text = ReadFile(ATree.FileName, AReason);
     if (text.isEmpty())
         return false;
-    bool isYaml = !StartsAsJson(text);
-    if (!isYaml) {
+    const bool isJson = StartsAsJson(text);
+    if (isJson) {
         ATree.Text = text;
         DocJson::Parse(ATree);
-        // YAML may be written in braces, too.
-        isYaml = !ATree.Errors.empty() && IsYamlName(ATree.FileName);
     }
-    if (isYaml) {
-        ATree.Text.clear();
-        ATree.Nodes.clear();
-        ATree.Errors.clear();
+    // YAML may be written in braces, too.
+    if (!isJson || (!ATree.Errors.empty() && IsYamlName(ATree.FileName))) {
+        TDocTree yaml;
         text.chop(DocJson::Padding);
-        FIsEnded = !DocYaml::Parse(ATree, text, AProgress);
+        FIsEnded = !DocYaml::Parse(yaml, text, AProgress);
+        if (!isJson || yaml.Errors.empty()) {
+            ATree.Text = std::move(yaml.Text);
+            ATree.Nodes = std::move(yaml.Nodes);
+            ATree.Errors = std::move(yaml.Errors);
+        }
     }
     for (const TDocError& error : ATree.Errors)
         AddProblem(&ATree, error.Line, {}, error.Message);

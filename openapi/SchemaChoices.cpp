@@ -48,7 +48,7 @@ const TZOTypeInfo* TSchemaTypes::MakeChoice(TDocView ASchema, TDocView AAlternat
     std::set<quint64> seen;
     bool hasNull = AllowsNull(ASchema);
     for (const auto& [none, alternative] : AAlternatives.Entries()) {
-        const TDocView target = FSource.Resolve(alternative);
+        const TDocView target = Target(alternative);
         if (!target)
             continue;
         const bool isNull = target["type"].Is("null") ||
@@ -83,8 +83,7 @@ const TZOTypeInfo* TSchemaTypes::MakeUnion(TDocView ASchema, const std::vector<T
         FLate.push_back([this, builder, AAlternatives, AHasNull, types]() mutable {
             QStringList names;
             for (std::size_t i = 0; i < types.size(); ++i) {
-                names.append(
-                    Unique(TagName(AAlternatives[i], FSource.Resolve(AAlternatives[i]), types[i]), names));
+                names.append(Unique(TagName(AAlternatives[i], Target(AAlternatives[i]), types[i]), names));
                 builder.Tag(names.back(), types[i]);
             }
             if (AHasNull)
@@ -133,7 +132,9 @@ std::vector<TSchemaTypes::TSubtype> TSchemaTypes::Mapped(TDocView ASchema) {
         TDocView target = value.Tree()->Root()["components"]["schemas"][isName ? text.toStdString() : ""];
         if (!isName)
             target = FSource.ResolveText(value, text);
-        target = FSource.Resolve(target);
+        target = Target(target);
+        if (target)
+            FNamed.insert(KeyOf(target));
         if (target)
             subtypes.push_back({key.Text(), target});
         else if (isName)
@@ -144,7 +145,7 @@ std::vector<TSchemaTypes::TSubtype> TSchemaTypes::Mapped(TDocView ASchema) {
 
 QString TSchemaTypes::ConstantOf(TDocView ASchema, const QString& AProperty) {
     for (const TSchemaField& field : FieldsOf(ASchema)) {
-        const TDocView schema = field.Name == AProperty ? FSource.Resolve(field.Schema) : TDocView();
+        const TDocView schema = field.Name == AProperty ? Target(field.Schema) : TDocView();
         if (schema["const"])
             return schema["const"].Text();
         if (schema["enum"].Count() == 1)
@@ -157,7 +158,7 @@ std::vector<TSchemaTypes::TSubtype> TSchemaTypes::SubtypesOf(TDocView ASchema,
                                                              const std::vector<TDocView>& AAlternatives) {
     std::vector<TSubtype> subtypes = Mapped(ASchema);
     for (const TDocView& alternative : AAlternatives) {
-        const TDocView target = FSource.Resolve(alternative);
+        const TDocView target = Target(alternative);
         const bool isMapped = std::any_of(subtypes.begin(), subtypes.end(),
                                           [&](const TSubtype& s) { return s.Schema == target; });
         if (isMapped)
@@ -187,6 +188,7 @@ std::vector<TSchemaTypes::TSubtype> TSchemaTypes::ChildrenOf(TDocView ASchema) {
         for (const TDocView& child : children->second) {
             if (!seen.insert(KeyOf(child)).second)
                 continue;
+            FNamed.insert(KeyOf(child));
             bases.push_back(child);
             const bool isMapped = std::any_of(subtypes.begin(), subtypes.end(),
                                               [&](const TSubtype& s) { return s.Schema == child; });
@@ -204,7 +206,7 @@ void TSchemaTypes::IndexChildren() {
     const TDocView schemas = root["components"] ? root["components"]["schemas"] : root["definitions"];
     for (const auto& [key, schema] : schemas.Entries()) {
         for (const auto& [none, part] : schema["allOf"].Entries()) {
-            const TDocView base = part["$ref"] ? FSource.Resolve(part) : TDocView();
+            const TDocView base = part["$ref"] ? Target(part) : TDocView();
             if (base)
                 FChildren[KeyOf(base)].push_back(schema);
         }

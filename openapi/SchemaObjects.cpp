@@ -22,7 +22,7 @@ const TZOTypeInfo* TSchemaTypes::MakeAllOf(TDocView ASchema) {
     TDocView only;
     int count = 0;
     for (const auto& [none, part] : ASchema["allOf"].Entries()) {
-        const TDocView target = FSource.Resolve(part);
+        const TDocView target = Target(part);
         if (!target || !SaysSomething(target))
             continue;
         if (++count == 1)
@@ -69,17 +69,17 @@ void TSchemaTypes::FillObject(TZOObjectBuilder AObject, TDocView ASchema, const 
             .Property(field.Name, type,
                       {.Required = field.IsRequired,
                        .ReadOnly = IsReadOnly(field.Schema),
-                       .Description = TextOf(field.Schema, FSource.Resolve(field.Schema))});
+                       .Description = TextOf(field.Schema, Target(field.Schema))});
     }
 }
 
 bool TSchemaTypes::IsReadOnly(TDocView ASchema) {
-    return ASchema["readOnly"].IsTrue() || FSource.Resolve(ASchema)["readOnly"].IsTrue();
+    return ASchema["readOnly"].IsTrue() || Target(ASchema)["readOnly"].IsTrue();
 }
 
 std::vector<TSchemaField> TSchemaTypes::FieldsOf(TDocView ASchema) {
     TFlattening all;
-    const TDocView target = FSource.Resolve(ASchema);
+    const TDocView target = Target(ASchema);
     if (target)
         Flatten(target, {}, false, all);
     for (TSchemaField& field : all.Fields)
@@ -102,7 +102,7 @@ void TSchemaTypes::Flatten(TDocView ASchema, const QString& AGroup, bool AIsOpti
     AInto.Open.insert(key);
     const auto flattenAll = [&](TDocView AParts, bool AAreOptional) {
         for (const auto& [none, part] : AParts.Entries()) {
-            const TDocView target = FSource.Resolve(part);
+            const TDocView target = Target(part);
             if (target)
                 Flatten(target, part == target ? AGroup : NameOf(target), AAreOptional, AInto);
         }
@@ -140,7 +140,7 @@ bool TSchemaTypes::IsObjectLike(TDocView ASchema) {
 }
 
 bool TSchemaTypes::IsObjectLike(TDocView ASchema, std::set<quint64>& ASeen) {
-    const TDocView target = FSource.Resolve(ASchema);
+    const TDocView target = Target(ASchema);
     if (!target.IsObject() || ASeen.size() > MaxBases || !ASeen.insert(KeyOf(target)).second)
         return false;
     const auto names = TypeNames(target);

@@ -1,5 +1,6 @@
 #include "openapi/SchemaTypes_p.h"
 
+#include <QFileInfo>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -95,7 +96,18 @@ const TZOTypeInfo* PlainScalar(TDocView ASchema) {
 
 quint64 TSchemaTypes::KeyOf(TDocView ASchema) { return quint64(ASchema.Tree()->Id) << 32 | ASchema.Node(); }
 
-QString TSchemaTypes::NameOf(TDocView ASchema) { return ASchema.Key(); }
+TDocView TSchemaTypes::Target(TDocView ASchema) {
+    const TDocView target = FSource.Resolve(ASchema);
+    if (target && !(target == ASchema))
+        FNamed.insert(KeyOf(target));
+    return target;
+}
+
+QString TSchemaTypes::NameOf(TDocView ASchema) const {
+    if (!FNamed.contains(KeyOf(ASchema)))
+        return {};
+    return ASchema.Node() == 0 ? QFileInfo(ASchema.Tree()->FileName).baseName() : ASchema.Key();
+}
 
 QString TSchemaTypes::Shared(TDocView AView) {
     if (!AView.IsString())
@@ -155,7 +167,7 @@ bool TSchemaTypes::AllowsNull(TDocView ASchema) {
 }
 
 bool TSchemaTypes::IsBinary(TDocView ASchema) {
-    const TDocView target = FSource.Resolve(ASchema);
+    const TDocView target = Target(ASchema);
     return target && IsBytes(target);
 }
 
@@ -175,7 +187,7 @@ void TSchemaTypes::Drain() {
 }
 
 const TZOTypeInfo* TSchemaTypes::Shell(TDocView ASchema) {
-    const TDocView target = FSource.Resolve(ASchema);
+    const TDocView target = Target(ASchema);
     if (!target)
         return Any();
     if (const TZOTypeInfo* scalar = PlainScalar(target))
@@ -275,7 +287,7 @@ const TZOTypeInfo* TSchemaTypes::MakeList(TDocView ASchema) {
     const TDocView items = ASchema["items"];
     if (!items || items.IsArray())
         return ListOf(Any());
-    const TDocView target = FSource.Resolve(items);
+    const TDocView target = Target(items);
     if (!target)
         return ListOf(Any());
     const auto known = FKnown.find(KeyOf(target));

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <unordered_set>
 
 /// One property that an object schema has, wherever it is declared.
 struct TSchemaField {
@@ -86,11 +87,14 @@ private:
     static bool SaysSomething(TDocView ASchema);
 
     static quint64 KeyOf(TDocView ASchema);
-    static QString NameOf(TDocView ASchema);
+    /// What ASchema stands for: itself, or what it refers to, which is named from then on.
+    TDocView Target(TDocView ASchema);
+    QString NameOf(TDocView ASchema) const;
 
     TDocSource& FSource;
     TZOTypeLibrary& FTypes;
     std::unordered_map<quint64, const TZOTypeInfo*> FKnown; // null while it is made
+    std::unordered_set<quint64> FNamed;                     // schemas that are referred to
     std::unordered_map<const TZOTypeInfo*, const TZOTypeInfo*> FLists;
     std::map<std::pair<quint64, QString>, const ZOObject::TTypeInfo*> FConcrete;
     std::vector<std::function<void()>> FQueue;
