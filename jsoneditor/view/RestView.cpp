@@ -211,7 +211,7 @@ void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex) {
         if (FDataSource)
             FDataSource->ConfigureRow(ARow, made.get());
         EditorSetModifiedToLayout(FEditor, made.get());
-        MeasureRow(*made, fontMetrics(), FRowHeight);
+        MeasureRow(*made, font(), FRowHeight);
         layout = made.release();
     }
     if (layout->FBounds != bounds)

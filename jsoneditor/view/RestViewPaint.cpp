@@ -2,6 +2,7 @@
 #include "jsoneditor/view/ChunkText_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
+#include "jsoneditor/view/ShapedText_p.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -35,17 +36,23 @@ QString VisiblePart(const QString& AText, int AWidth) {
 }
 
 /// Paints into the chunk's bounds, cut with an ellipsis where it does not fit, in the painter's font.
-void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& AColor, int ARowWidth) {
+void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& AColor, int ARowWidth,
+               int AAscent) {
     const QRect& bounds = AChunk.Bounds();
     if (!AColor.isValid() || bounds.isEmpty() || bounds.left() >= ARowWidth)
         return;
+    // On the font's own base line: another font that stands in for missing characters may be higher.
+    const QPoint baseLine(bounds.left(), bounds.top() + AAscent);
+    APainter.setPen(AColor);
+    if (AChunk.Shaped() && AChunk.Shaped()->Width() <= bounds.width()) {
+        AChunk.Shaped()->Draw(APainter, baseLine);
+        return;
+    }
     QString text = ChunkDisplayText(VisiblePart(AChunk.Text(), ARowWidth - bounds.left()));
     const QFontMetrics metrics = APainter.fontMetrics();
     if (text.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
         text = metrics.elidedText(text, Qt::ElideRight, bounds.width());
-    APainter.setPen(AColor);
-    // On the font's own base line: another font that stands in for missing characters may be higher.
-    APainter.drawText(QPoint(bounds.left(), bounds.top() + metrics.ascent()), text);
+    APainter.drawText(baseLine, text);
 }
 
 } // namespace
@@ -150,9 +157,10 @@ void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
     QPainter buffer(&FRowBuffer);
     buffer.fillRect(QRect(QPoint(), bounds.size() + QSize(1, 1)), background);
     buffer.setFont(font());
+    const int ascent = fontMetrics().ascent();
     for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
         const TZORowChunk* chunk = ALayout->GetChunks(i);
-        DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width());
+        DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width(), ascent);
     }
     buffer.end();
     APainter.drawPixmap(toDevice.inverted().map(QPointF(origin)), FRowBuffer, QRect(QPoint(), size));

@@ -4,13 +4,18 @@
 #include <QRect>
 #include <QString>
 
+#include <memory>
+
+class TZOShapedText;
+
 /// Colour class of a chunk's text. The view maps it to a colour when it paints.
 enum TZOChunkToken : int { ctNormal, ctGray, ctSymbol, ctError };
 
 /// A run of text with one colour class, perhaps editable in place. Lives and dies with its row's layout.
 class TZORowChunk {
 public:
-    explicit TZORowChunk(int AId) : FId(AId) {}
+    explicit TZORowChunk(int AId);
+    ~TZORowChunk();
 
     /// The data source's column number: the same in every row for the same kind of field. Not necessarily
     /// unique in a row; look-ups then find the first.
@@ -23,8 +28,13 @@ public:
 
     void SetBounds(const QRect& ABounds) { FBounds = ABounds; }
     void SetEditable(bool AIsEditable) { FIsEditable = AIsEditable; }
-    void SetText(const QString& AText) { FText = AText; }
+    void SetText(const QString& AText);
     void SetTextToken(TZOChunkToken ATextToken) { FTextToken = ATextToken; }
+
+    /// The text in the view's font, kept from measuring for painting; null for none, as of a very long text,
+    /// and after the text was changed.
+    const TZOShapedText* Shaped() const { return FShaped.get(); }
+    void SetShaped(std::unique_ptr<TZOShapedText> AShaped);
 
 private:
     int FId;
@@ -32,4 +42,5 @@ private:
     bool FIsEditable = false;
     QString FText;
     TZOChunkToken FTextToken = ctNormal;
+    std::unique_ptr<TZOShapedText> FShaped;
 };

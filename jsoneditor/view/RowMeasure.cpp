@@ -1,9 +1,11 @@
 #include "jsoneditor/view/RowMeasure_p.h"
 
 #include "jsoneditor/view/ChunkText_p.h"
+#include "jsoneditor/view/ShapedText_p.h"
 #include "jsoneditor/view/ViewRow.h"
 #include "jsoneditor/view/ViewRowLayout.h"
 
+#include <QFont>
 #include <QFontMetrics>
 
 namespace {
@@ -12,17 +14,30 @@ constexpr int LevelIndent = 24;
 constexpr int LeftMargin = 4;
 constexpr int EmptyEditableWidth = 8;
 constexpr int ChunkGap = 2;
+/// A longer text is painted in part only.
+constexpr qsizetype MaxShapedLength = 1000;
+
+int TextWidth(TZORowChunk& AChunk, const QFont& AFont, const QFontMetrics& AMetrics) {
+    const QString text = ChunkDisplayText(AChunk.Text());
+    if (text.size() > MaxShapedLength)
+        return AMetrics.horizontalAdvance(text);
+    auto shaped = std::make_unique<TZOShapedText>(text, AFont);
+    const int width = shaped->Width();
+    AChunk.SetShaped(std::move(shaped));
+    return width;
+}
 
 } // namespace
 
-void MeasureRow(TZOViewRowLayout& ALayout, const QFontMetrics& AMetrics, int ARowHeight) {
-    const int textHeight = AMetrics.height();
+void MeasureRow(TZOViewRowLayout& ALayout, const QFont& AFont, int ARowHeight) {
+    const QFontMetrics metrics(AFont);
+    const int textHeight = metrics.height();
     const int top = (ARowHeight - textHeight) / 2;
     int x = ALayout.Row()->Level() * LevelIndent + LeftMargin;
     for (int i = 0; i < ALayout.GetChunkCount(); ++i) {
         TZORowChunk* chunk = ALayout.GetChunks(i);
-        const int width = qMax(AMetrics.horizontalAdvance(ChunkDisplayText(chunk->Text())),
-                               chunk->IsEditable() ? EmptyEditableWidth : 0);
+        const int width =
+            qMax(TextWidth(*chunk, AFont, metrics), chunk->IsEditable() ? EmptyEditableWidth : 0);
         chunk->SetBounds(QRect(x, top, width, textHeight));
         x += width + ChunkGap;
     }

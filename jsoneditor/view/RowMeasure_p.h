@@ -1,9 +1,9 @@
 // Where the chunks of a row stand.
 #pragma once
 
-class QFontMetrics;
+class QFont;
 class TZOViewRowLayout;
 
 /// Sets the bounds of every chunk of ALayout: indented by the row's level, one after the other, in the middle
 /// of a row that is ARowHeight pixels high.
-void MeasureRow(TZOViewRowLayout& ALayout, const QFontMetrics& AMetrics, int ARowHeight);
+void MeasureRow(TZOViewRowLayout& ALayout, const QFont& AFont, int ARowHeight);
