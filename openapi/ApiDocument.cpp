@@ -84,6 +84,8 @@ const QString& TZOApiDocument::Title() const { return FModel->Title; }
 
 const QString& TZOApiDocument::Version() const { return FModel->Version; }
 
+QStringList TZOApiDocument::Files() const { return FModel->Source.Files(); }
+
 const TZOApiProblems& TZOApiDocument::Problems() const { return FModel->Source.Problems(); }
 
 void TZOApiDocument::CompleteAll() {

@@ -44,6 +44,8 @@ public:
     const TZORestServiceClass* ServiceClass() const { return FClass.get(); }
     /// The service class, handed over; its types keep what they need of the document.
     std::unique_ptr<TZORestServiceClass> TakeServiceClass() { return std::move(FClass); }
+    /// The paths of the files that were read so far: the document's own and those it refers to.
+    QStringList Files() const;
     /// What was found so far.
     const TZOApiProblems& Problems() const;
 

@@ -48,7 +48,7 @@ QByteArray ReadFile(const QString& APath, QString& AReason) {
 
 } // namespace
 
-bool TDocSource::Load(const QString& AFileName, const DocYaml::TProgress& AProgress) {
+bool TDocSource::Load(const QString& AFileName, const TDocProgress& AProgress) {
     const QFileInfo info(AFileName);
     FFolder = QFileInfo(info.absoluteFilePath()).dir().canonicalPath();
     QString reason;
@@ -67,8 +67,14 @@ bool TDocSource::Load(const QString& AFileName, const DocYaml::TProgress& AProgr
 
 TDocView TDocSource::Root() const { return FRoot ? FRoot->Tree.Root() : TDocView(); }
 
-TDocSource::TFile* TDocSource::FileOf(const QString& APath, const DocYaml::TProgress& AProgress,
-                                      QString& AReason) {
+QStringList TDocSource::Files() const {
+    QStringList files;
+    for (const auto& [path, file] : FFiles)
+        files.append(path);
+    return files;
+}
+
+TDocSource::TFile* TDocSource::FileOf(const QString& APath, const TDocProgress& AProgress, QString& AReason) {
     const auto [place, isNew] = FFiles.try_emplace(APath);
     if (!isNew) {
         if (!place->second)
@@ -83,14 +89,16 @@ TDocSource::TFile* TDocSource::FileOf(const QString& APath, const DocYaml::TProg
     return place->second.get();
 }
 
-bool TDocSource::ReadInto(TDocTree& ATree, const DocYaml::TProgress& AProgress, QString& AReason) {
+bool TDocSource::ReadInto(TDocTree& ATree, const TDocProgress& AProgress, QString& AReason) {
     QByteArray text = ReadFile(ATree.FileName, AReason);
     if (text.isEmpty())
         return false;
     const bool isJson = StartsAsJson(text);
     if (isJson) {
         ATree.Text = text;
-        DocJson::Parse(ATree);
+        FIsEnded = !DocJson::Parse(ATree, AProgress);
+        if (FIsEnded)
+            return true;
     }
     // YAML may be written in braces, too.
     if (!isJson || (!ATree.Errors.empty() && IsYamlName(ATree.FileName))) {

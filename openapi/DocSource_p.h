@@ -15,9 +15,11 @@ class TDocSource {
 public:
     /// Reads AFileName. When it cannot be read the root is nowhere, and a problem says why. False when
     /// AProgress ended it.
-    bool Load(const QString& AFileName, const DocYaml::TProgress& AProgress);
+    bool Load(const QString& AFileName, const TDocProgress& AProgress);
 
     TDocView Root() const;
+    /// The paths of all files that were looked for.
+    QStringList Files() const;
 
     /// What stands behind AView: itself, or what its $ref refers to, through as many references as there
     /// are. Nowhere, with a problem reported, when there is nothing.
@@ -35,8 +37,8 @@ private:
         std::unordered_map<std::string, TDocView> References;
     };
 
-    TFile* FileOf(const QString& APath, const DocYaml::TProgress& AProgress, QString& AReason);
-    bool ReadInto(TDocTree& ATree, const DocYaml::TProgress& AProgress, QString& AReason);
+    TFile* FileOf(const QString& APath, const TDocProgress& AProgress, QString& AReason);
+    bool ReadInto(TDocTree& ATree, const TDocProgress& AProgress, QString& AReason);
     TDocView Follow(TDocView AView, const QString& AReference);
     const TDocTree* TreeFor(TDocView AView, const QString& AFile);
     TDocView Walk(const TDocTree& ATree, TDocView AView, const QString& AReference, const QString& APointer);

@@ -156,21 +156,21 @@ private:
     mutable std::deque<std::string> FUnescaped; // keys that FKeys looks at
 };
 
+/// Hears how much has been read, from 0 to 1; false ends the reading.
+using TDocProgress = std::function<bool(double ADone)>;
+
 namespace DocJson {
 /// Zero bytes that follow the document in TDocTree::Text.
 inline constexpr qsizetype Padding = 32;
 /// Reads ATree.Text as JSON (RFC 8259). What stands before the first error is kept, with open containers
-/// closed there.
-void Parse(TDocTree& ATree);
+/// closed there. False when AProgress ended it.
+bool Parse(TDocTree& ATree, const TDocProgress& AProgress);
 /// The text that stands for the content of a JSON string.
 std::string Unescape(std::string_view AContent);
 } // namespace DocJson
 
 namespace DocYaml {
-/// Hears how much has been read, from 0 to 1; false ends the reading.
-using TProgress = std::function<bool(double ADone)>;
-
 /// Reads ABytes as one YAML document. Aliases are kept as such, so that no text can grow by them. What
 /// stands before the first error is kept. False when AProgress ended it.
-bool Parse(TDocTree& ATree, const QByteArray& ABytes, const TProgress& AProgress);
+bool Parse(TDocTree& ATree, const QByteArray& ABytes, const TDocProgress& AProgress);
 } // namespace DocYaml

@@ -52,14 +52,16 @@ const char* EndOfSpace(const char* AAt) {
 
 class TJsonScanner {
 public:
-    explicit TJsonScanner(TDocTree& ATree)
+    TJsonScanner(TDocTree& ATree, const TDocProgress& AProgress)
         : FTree(ATree),
+          FProgress(AProgress),
           FNodes(ATree.Nodes),
           FStart(ATree.Text.constData()),
           FPos(FStart),
           FEnd(FStart + ATree.Text.size() - DocJson::Padding) {}
 
-    void Run() {
+    /// False when the reading was ended.
+    bool Run() {
         if (std::memcmp(FStart, "\xEF\xBB\xBF", 3) == 0)
             FPos += 3;
         FNodes.reserve(static_cast<std::size_t>(FEnd - FStart) / 16 + 16);
@@ -71,9 +73,18 @@ public:
         CloseAll();
         if (FNodes.capacity() > FNodes.size() / 4 * 5 + 64)
             FNodes.shrink_to_fit();
+        return !FIsEnded;
     }
 
 private:
+    bool Report() {
+        constexpr qsizetype step = qsizetype(4) << 20;
+        const bool isFirst = !FNextReport;
+        FNextReport = FPos + step;
+        FIsEnded = !isFirst && FProgress && !FProgress(double(FPos - FStart) / double(FEnd - FStart));
+        return !FIsEnded;
+    }
+
     bool Fail(const QString& AMessage) {
         const auto line = 1 + std::count(FStart, FPos, '\n');
         FTree.Errors.push_back({static_cast<int>(line), AMessage});
@@ -99,6 +110,8 @@ private:
     /// Reads one value with everything in it.
     bool Values() {
         for (;;) {
+            if (FPos > FNextReport && !Report())
+                return false;
             FPos = EndOfSpace(FPos);
             bool isOpened = false;
             if (!OneValue(isOpened))
@@ -254,12 +267,15 @@ private:
     }
 
     TDocTree& FTree;
+    const TDocProgress& FProgress;
     std::vector<TDocNode>& FNodes;
     std::vector<quint32> FOpen;
     const char* FStart;
     const char* FPos;
     const char* FEnd;
+    const char* FNextReport = nullptr;
     bool FIsTooDeep = false;
+    bool FIsEnded = false;
 };
 
 unsigned HexAt(std::string_view AText, std::size_t APlace) {
@@ -271,12 +287,14 @@ unsigned HexAt(std::string_view AText, std::size_t APlace) {
 
 } // namespace
 
-void DocJson::Parse(TDocTree& ATree) {
+bool DocJson::Parse(TDocTree& ATree, const TDocProgress& AProgress) {
     const auto size = static_cast<std::size_t>(ATree.Text.size() - Padding);
-    TJsonScanner(ATree).Run();
+    if (!TJsonScanner(ATree, AProgress).Run())
+        return false;
     if (!simdjson::validate_utf8(ATree.Text.constData(), size))
         ATree.Errors.push_back(
             {0, QStringLiteral("The file is not in UTF-8: some of its texts are damaged.")});
+    return true;
 }
 
 std::string DocJson::Unescape(std::string_view AContent) {

@@ -28,7 +28,7 @@ TDocKind PlainKind(std::string_view AText) {
 
 class TYamlScanner {
 public:
-    TYamlScanner(TDocTree& ATree, const QByteArray& ABytes, const DocYaml::TProgress& AProgress)
+    TYamlScanner(TDocTree& ATree, const QByteArray& ABytes, const TDocProgress& AProgress)
         : FTree(ATree), FNodes(ATree.Nodes), FProgress(AProgress), FSize(double(ABytes.size())) {
         yaml_parser_initialize(&FParser);
         yaml_parser_set_input_string(&FParser, reinterpret_cast<const unsigned char*>(ABytes.constData()),
@@ -250,7 +250,7 @@ private:
 
     TDocTree& FTree;
     std::vector<TDocNode>& FNodes;
-    const DocYaml::TProgress& FProgress;
+    const TDocProgress& FProgress;
     double FSize;
     yaml_parser_t FParser{};
     std::vector<TOpen> FOpen;
@@ -261,6 +261,6 @@ private:
 
 } // namespace
 
-bool DocYaml::Parse(TDocTree& ATree, const QByteArray& ABytes, const TProgress& AProgress) {
+bool DocYaml::Parse(TDocTree& ATree, const QByteArray& ABytes, const TDocProgress& AProgress) {
     return TYamlScanner(ATree, ABytes, AProgress).Run();
 }

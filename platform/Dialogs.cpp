@@ -35,6 +35,11 @@ std::optional<QString> TZODialogs::OpenFile(QWidget* AParent, const QString& ACa
     return Chosen(QFileDialog::getOpenFileName(AParent, ACaption, AInitial, AFilter));
 }
 
+QStringList TZODialogs::OpenFiles(QWidget* AParent, const QString& ACaption, const QString& AInitial,
+                                  const QString& AFilter) {
+    return QFileDialog::getOpenFileNames(AParent, ACaption, AInitial, AFilter);
+}
+
 std::optional<QString> TZODialogs::SaveFile(QWidget* AParent, const QString& ACaption,
                                             const QString& AInitial, const QString& AFilter) {
     return Chosen(QFileDialog::getSaveFileName(AParent, ACaption, AInitial, AFilter));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -17,6 +18,9 @@ public:
     /// An existing file's path; nothing when the user cancelled. AInitial is a file or folder, or empty.
     virtual std::optional<QString> OpenFile(QWidget* AParent, const QString& ACaption,
                                             const QString& AInitial = {}, const QString& AFilter = {});
+    /// The same for any number of files; empty when the user cancelled.
+    virtual QStringList OpenFiles(QWidget* AParent, const QString& ACaption, const QString& AInitial = {},
+                                  const QString& AFilter = {});
     /// A path to write to, whose overwriting the user has agreed to; nothing when the user cancelled.
     virtual std::optional<QString> SaveFile(QWidget* AParent, const QString& ACaption,
                                             const QString& AInitial = {}, const QString& AFilter = {});

@@ -7,6 +7,7 @@ namespace {
 
 const QString Key = QStringLiteral("SOFTWARE\\Orvane Labs\\ZO-Tools 2020\\Bridgework\\Explorer");
 const QString ThemeValue = QStringLiteral("Theme");
+const QString RecentKey = QStringLiteral("RecentDocuments");
 const QString GeometryValue = QStringLiteral("Geometry");
 
 // In the order of TZOTheme.
@@ -52,4 +53,24 @@ QByteArray HostSettings::Geometry() {
 
 void HostSettings::SetGeometry(const QByteArray& AGeometry) {
     Write([&](TRegistry& ARegistry) { ARegistry.WriteBinaryData(GeometryValue, AGeometry); });
+}
+
+QStringList HostSettings::RecentDocuments() {
+    return Read([](TRegistry& ARegistry) {
+        QStringList paths;
+        if (!ARegistry.OpenKeyReadOnly(RecentKey))
+            return paths;
+        for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
+            paths.append(ARegistry.ReadString(QString::number(i)));
+        return paths;
+    });
+}
+
+void HostSettings::SetRecentDocuments(const QStringList& APaths) {
+    Write([&](TRegistry& ARegistry) {
+        ARegistry.DeleteKey(RecentKey);
+        ARegistry.OpenKey(RecentKey, true);
+        for (qsizetype i = 0; i < APaths.size(); ++i)
+            ARegistry.WriteString(QString::number(i), APaths[i]);
+    });
 }

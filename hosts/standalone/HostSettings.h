@@ -4,6 +4,7 @@
 #include "platform/IdeTheming.h"
 
 #include <QByteArray>
+#include <QStringList>
 
 namespace HostSettings {
 
@@ -15,5 +16,9 @@ void SetTheme(TZOTheme ATheme);
 /// What QWidget::saveGeometry gave; empty where none was stored.
 QByteArray Geometry();
 void SetGeometry(const QByteArray& AGeometry);
+
+/// The paths of the documents opened last, the latest first; empty where none were stored.
+QStringList RecentDocuments();
+void SetRecentDocuments(const QStringList& APaths);
 
 } // namespace HostSettings

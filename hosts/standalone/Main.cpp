@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <memory>
@@ -26,6 +27,7 @@ constexpr int BadCommandLine = 2;
 struct TOptions {
     bool DemoEditor = false;
     QString TourFolder;
+    QStringList Documents;
 };
 
 // Ends the program where the command line is wrong or only asks for information.
@@ -42,11 +44,16 @@ TOptions ReadCommandLine(const QCoreApplication& AApplication) {
         QStringLiteral("Drives itself through the sample services and leaves pictures in <folder>."),
         QStringLiteral("folder"));
     parser.addOptions({demo, tour});
+    parser.addPositionalArgument(QStringLiteral("documents"),
+                                 QStringLiteral("OpenAPI and Swagger documents to open."),
+                                 QStringLiteral("[documents...]"));
     QString error;
     if (!parser.parse(AApplication.arguments()))
         error = parser.errorText();
-    else if (!parser.positionalArguments().isEmpty())
-        error = QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().front());
+    for (const QString& document : parser.positionalArguments()) {
+        if (error.isEmpty() && !QFileInfo::exists(document))
+            error = QStringLiteral("There is no document '%1'.").arg(document);
+    }
     if (!error.isEmpty()) {
         std::fprintf(stderr, "%s\nTry 'zoexplorer --help'.\n", qUtf8Printable(error));
         std::exit(BadCommandLine);
@@ -55,7 +62,7 @@ TOptions ReadCommandLine(const QCoreApplication& AApplication) {
         parser.showVersion();
     if (parser.isSet(help))
         parser.showHelp();
-    return {parser.isSet(demo), parser.value(tour)};
+    return {parser.isSet(demo), parser.value(tour), parser.positionalArguments()};
 }
 
 int RunDemoEditor() {
@@ -69,7 +76,7 @@ int RunDemoEditor() {
     return QApplication::exec();
 }
 
-int RunExplorer(const QString& ATourFolder) {
+int RunExplorer(const TOptions& AOptions) {
     QString problem;
     try {
         StartSamples();
@@ -83,9 +90,12 @@ int RunExplorer(const QString& ATourFolder) {
         if (!problem.isEmpty())
             window.Notify(problem);
         window.show();
+        if (!AOptions.Documents.isEmpty())
+            QMetaObject::invokeMethod(
+                &window, [&] { window.OpenDocuments(AOptions.Documents); }, Qt::QueuedConnection);
         std::unique_ptr<TZOTour> tour;
-        if (!ATourFolder.isEmpty()) {
-            tour = std::make_unique<TZOTour>(ATourFolder);
+        if (!AOptions.TourFolder.isEmpty()) {
+            tour = std::make_unique<TZOTour>(AOptions.TourFolder);
             tour->start();
         }
         exitCode = QApplication::exec();
@@ -105,7 +115,7 @@ int main(int AArgc, char** AArgv) {
     QApplication::setWindowIcon(AppIcon());
     const TOptions options = ReadCommandLine(application);
     try {
-        return options.DemoEditor ? RunDemoEditor() : RunExplorer(options.TourFolder);
+        return options.DemoEditor ? RunDemoEditor() : RunExplorer(options);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "%s: %s\n", qUtf8Printable(ExceptionClassName(e)),
                      qUtf8Printable(ExceptionMessage(e)));

@@ -1,6 +1,7 @@
 #include "hosts/standalone/MainWindow.h"
 
 #include "hosts/standalone/AppIcon.h"
+#include "hosts/standalone/DocumentActions.h"
 #include "hosts/standalone/HostSettings.h"
 #include "hosts/standalone/NoticeBar.h"
 
@@ -52,6 +53,8 @@ TZOMainWindow::TZOMainWindow() : FNotices(new TZONoticeBar) {
     FShell = new TZOShellFrame;
     layout->addWidget(FShell, 1);
     setCentralWidget(content);
+    FDocuments = new TZODocumentActions(FShell, this, layout);
+    connect(FDocuments, &TZODocumentActions::Noticed, this, &TZOMainWindow::Notify);
     InitMenus();
     resize(960, 720);
     restoreGeometry(HostSettings::Geometry());
@@ -61,13 +64,15 @@ TZOMainWindow::~TZOMainWindow() {
     TRegistry::SetReportHandler(ReportToStandardError);
     // While the window is still whole: the frame saves tokens and its pages look at what is around them.
     delete FShell;
+    delete FDocuments;
 }
 
 void TZOMainWindow::InitMenus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    FDocuments->AddTo(file, view);
     QAction* quit = file->addAction(QStringLiteral("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
-    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
     view->addAction(QStringLiteral("&Services"), this,
                     [this] { GuardedCall(this, [this] { FShell->ShowServiceList(); }); });
     InitThemeMenu(view->addMenu(QStringLiteral("&Theme")));
@@ -91,6 +96,8 @@ void TZOMainWindow::InitThemeMenu(QMenu* AMenu) {
         });
     }
 }
+
+void TZOMainWindow::OpenDocuments(const QStringList& AFileNames) { FDocuments->Open(AFileNames); }
 
 void TZOMainWindow::Notify(const QString& AMessage) { FNotices->Add(AMessage); }
 

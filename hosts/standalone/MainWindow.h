@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 
+class TZODocumentActions;
 class TZONoticeBar;
 class TZOShellFrame;
 
@@ -19,6 +20,8 @@ public:
     ~TZOMainWindow() override;
 
     TZOShellFrame* Shell() const { return FShell; }
+    /// Adds the services of API documents after those that are there.
+    void OpenDocuments(const QStringList& AFileNames);
     /// Shows AMessage until the user dismisses it.
     void Notify(const QString& AMessage);
 
@@ -31,4 +34,5 @@ private:
 
     TZONoticeBar* FNotices;
     TZOShellFrame* FShell = nullptr;
+    TZODocumentActions* FDocuments = nullptr;
 };

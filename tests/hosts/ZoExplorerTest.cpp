@@ -41,7 +41,12 @@ TEST_F(ZoExplorer, SaysWhatItCanDo) {
 }
 
 TEST_F(ZoExplorer, StartsAndKeepsRunning) {
-    for (const QStringList& arguments : {QStringList(), QStringList{QStringLiteral("--demo-editor")}}) {
+    QFile document(Folder.filePath(QStringLiteral("api.json")));
+    ASSERT_TRUE(document.open(QIODevice::WriteOnly));
+    document.write(R"({"openapi": "3.0.0", "info": {"title": "T", "version": "1"}, "paths": {}})");
+    document.close();
+    for (const QStringList& arguments :
+         {QStringList(), QStringList{QStringLiteral("--demo-editor")}, QStringList{document.fileName()}}) {
         QProcess process;
         process.start(QStringLiteral(ZO_EXPLORER), arguments);
         ASSERT_TRUE(process.waitForStarted());
