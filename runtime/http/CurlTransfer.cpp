@@ -18,6 +18,8 @@ constexpr qint64 MaxErrorBodyBytes = 64 * 1024;
 /// Less than the transport itself allows, so that it is we who say what is wrong.
 constexpr qint64 MaxHeaderBytes = 256 * 1024;
 constexpr qsizetype UsualHeaders = 16;
+/// A parser may read a little beyond the end; a body with room there need not be copied for it.
+constexpr qint64 ParserRoomBytes = 64;
 constexpr qint64 MaxReservedBytes = 64 * 1024 * 1024;
 
 QString SizeText(qint64 ABytes) {
@@ -266,7 +268,8 @@ bool TZOCurlTransfer::TakeIntoMemory(const char* AData, qint64 ASize) {
         throw EZOResponseTooLargeError(QStringLiteral("The answer of %1 is larger than %2.")
                                            .arg(FExchange.Url->Place(), SizeText(limit)));
     if (body.isEmpty())
-        body.reserve(qMin(qMin(limit, MaxReservedBytes), FResponse.Header("Content-Length").toLongLong()));
+        body.reserve(qMin(qMin(limit, MaxReservedBytes), FResponse.Header("Content-Length").toLongLong()) +
+                     ParserRoomBytes);
     body.append(AData, ASize);
     return true;
 }

@@ -29,7 +29,9 @@ void TZOJson::Decode(QByteArray AJson, TZOValueHolder& ADest) {
     if (!isContainer)
         AJson = "[" + AJson + "]";
     const auto size = static_cast<std::size_t>(AJson.size());
-    AJson.reserve(AJson.size() + qsizetype(simdjson::SIMDJSON_PADDING));
+    // The parser reads beyond the end; a text with room there need not be copied.
+    if (AJson.capacity() < AJson.size() + qsizetype(simdjson::SIMDJSON_PADDING))
+        AJson.reserve(AJson.size() + qsizetype(simdjson::SIMDJSON_PADDING));
     TZOJsonDecoder decoder(AJson.constData(), size);
     if (isContainer ? decoder.Decode(ADest.Type(), ADest) : decoder.DecodeOnlyElement(ADest.Type(), ADest))
         return;
