@@ -67,6 +67,19 @@ protected:
             checked += box->isChecked() ? u'1' : u'0';
         return checked;
     }
+    /// The three edits, the three scopes and both buttons.
+    QString Enabled() const {
+        QList<QWidget*> widgets;
+        for (const char* edit : Edits)
+            widgets.append(Find<QLineEdit>(edit));
+        for (QCheckBox* box : Boxes())
+            widgets.append(box);
+        widgets << Button("DefScopesButton") << Button("ResetButton");
+        QString enabled;
+        for (const QWidget* widget : widgets)
+            enabled += widget->isEnabled() ? u'1' : u'0';
+        return enabled;
+    }
     static QString Key() {
         return QStringLiteral("SOFTWARE\\Orvane Labs\\ZO-Tools 2020\\Bridgework\\APIExplorer\\TMapService");
     }
@@ -108,12 +121,7 @@ TEST_F(AuthOptionsPage, AnApiKeySwitchesTheRestOff) {
     ShowOptions();
     EXPECT_EQ(Find<QLabel>("ApiKeyHeader")->text(), QStringLiteral("API Key:"));
     EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QStringLiteral("abc"));
-    for (const char* edit : Edits)
-        EXPECT_FALSE(Find<QLineEdit>(edit)->isEnabled()) << edit;
-    for (const QCheckBox* box : Boxes())
-        EXPECT_FALSE(box->isEnabled());
-    EXPECT_FALSE(Button("DefScopesButton")->isEnabled());
-    EXPECT_FALSE(Button("ResetButton")->isEnabled());
+    EXPECT_EQ(Enabled(), QStringLiteral("00000000"));
     EXPECT_EQ(RedLines(), QStringLiteral("000"));
 }
 
@@ -144,13 +152,15 @@ TEST_F(AuthOptionsPage, WritesEveryKeystrokeThrough) {
 }
 
 TEST_F(AuthOptionsPage, AsksForTheApiKeyAndComesBackFromIt) {
-    Service()->SetClientId(QStringLiteral("id"));
+    Service()->Scopes() = {QStringLiteral("write")};
     ShowOptions();
+    Type("ClientIdEdit", QStringLiteral("id"));
+    Type("RedirectUrlEdit", QStringLiteral("url"));
     AskForKey(QStringLiteral("k1"));
     EXPECT_EQ(TestDialogs.Asked, QStringList{QStringLiteral("query API Key|Please specify API Key|")});
     EXPECT_EQ(Service()->GetApiKey(), QStringLiteral("k1"));
     EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QStringLiteral("k1"));
-    EXPECT_FALSE(Find<QLineEdit>("ClientIdEdit")->isEnabled());
+    EXPECT_EQ(Enabled(), QStringLiteral("00000000"));
     EXPECT_EQ(RedLines(), QStringLiteral("000"));
     AskForKey(std::nullopt); // cancelled
     EXPECT_EQ(TestDialogs.Asked.back(), QStringLiteral("query API Key|Please specify API Key|k1"));
@@ -158,9 +168,15 @@ TEST_F(AuthOptionsPage, AsksForTheApiKeyAndComesBackFromIt) {
     AskForKey(QString());
     EXPECT_EQ(Service()->GetApiKey(), QString());
     EXPECT_EQ(Find<QLabel>("ApiKeyHeader")->text(), QStringLiteral("Use API Key..."));
-    EXPECT_TRUE(Find<QLineEdit>("ClientIdEdit")->isEnabled());
+    EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QString());
+    EXPECT_EQ(Enabled(), QStringLiteral("11111111"));
     EXPECT_EQ(Find<QLineEdit>("ClientIdEdit")->text(), QStringLiteral("id"));
-    EXPECT_EQ(RedLines(), QStringLiteral("011"));
+    EXPECT_EQ(Find<QLineEdit>("SecretEdit")->text(), QString());
+    EXPECT_EQ(Find<QLineEdit>("RedirectUrlEdit")->text(), QStringLiteral("url"));
+    EXPECT_EQ(Checked(), QStringLiteral("010"));
+    EXPECT_EQ(RedLines(), QStringLiteral("010"));
+    EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QString());
+    EXPECT_EQ(Stored(QStringLiteral("ClientId")), QStringLiteral("id"));
 }
 
 TEST_F(AuthOptionsPage, TakesTheKeyFromTheKeyboardToo) {
@@ -245,6 +261,24 @@ TEST_F(AuthOptionsPage, TellsTheDesignerOfAComponent) {
     Type("SecretEdit", QStringLiteral("-"));
     EXPECT_EQ(designer.Count, 1);
     EXPECT_EQ(component.GetSecret(), QStringLiteral("-"));
+    ClearDesignRoot(&form);
+}
+
+TEST_F(AuthOptionsPage, FillingTheEditsAgainIsNoChangeOfItsOwn) {
+    QWidget form;
+    TDesigner designer;
+    SetDesignRoot(&form, &designer);
+    TZORestService component(Classes[0].get(), &form);
+    Shell->ExploreComponent(&component);
+    Settle();
+    Shell->ServiceOptionsAsync();
+    Settle();
+    component.SetClientId(QStringLiteral("id")); // behind the page's back
+    component.Scopes() = {QStringLiteral("write")};
+    QTest::mouseClick(Button("DefScopesButton"), Qt::LeftButton);
+    EXPECT_EQ(Find<QLineEdit>("ClientIdEdit")->text(), QStringLiteral("id"));
+    EXPECT_EQ(Checked(), QStringLiteral("101"));
+    EXPECT_EQ(designer.Count, 1) << "the scopes alone";
     ClearDesignRoot(&form);
 }
 

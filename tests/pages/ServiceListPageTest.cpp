@@ -96,6 +96,9 @@ TEST_F(ServiceListPage, TypingInTheListReplacesTheSearch) {
     ShowShell();
     QTest::keyClicks(Search(), QStringLiteral("map"));
     List()->setFocus();
+    QTest::keyClick(List(), Qt::Key_Space);
+    EXPECT_EQ(Search()->text(), QStringLiteral("map"));
+    EXPECT_TRUE(List()->hasFocus());
     QTest::keyClick(List(), 'x');
     EXPECT_EQ(Search()->text(), QStringLiteral("x"));
     EXPECT_TRUE(Search()->hasFocus());
@@ -155,7 +158,8 @@ TEST_F(ServiceListPage, EnterOpensTheSelectedServiceOnly) {
     QTest::keyClick(List(), Qt::Key_Return); // nothing is selected
     Settle();
     EXPECT_EQ(Shell->GetNavStackCount(), 1);
-    QTest::keyClick(List(), Qt::Key_Home); // the category
+    QTest::keyClick(List(), Qt::Key_Home);
+    EXPECT_EQ(List()->currentIndex().data().toString(), ClassesHeader);
     QTest::keyClick(List(), Qt::Key_Return);
     Settle();
     EXPECT_EQ(Shell->GetNavStackCount(), 1);
@@ -203,10 +207,31 @@ TEST_F(ServiceListPage, DrawsRowsOf42PixelsWithAColumnForTheDescription) {
     EXPECT_LT(lines.second, 38);
 }
 
-TEST_F(ServiceListPage, ANameLongerThanItsColumnRunsUnderTheDescription) {
-    Register(MakeServiceClass(QStringLiteral("T").repeated(60), QString(), {}));
+TEST_F(ServiceListPage, ADescriptionThatIsTooLongEndsInAnEllipsis) {
     ShowShell();
-    EXPECT_GT(Inked(RowImage(QStringLiteral("T").repeated(60)), 0, 800).second, 400);
+    const QImage row = RowImage(QStringLiteral("TMailService"));
+    const QImage secondLine = row.copy(300, 22, row.width() - 324, 16);
+    const int end = Inked(secondLine, 0, secondLine.width()).second;
+    ASSERT_GT(end, 0);
+    // Only dots on the ground line, and no cut letter.
+    const auto dots = InkedLines(secondLine, end - 5, end + 1);
+    EXPECT_LE(dots.second - dots.first, 2);
+    const auto letters = InkedLines(secondLine, end - 60, end + 1);
+    EXPECT_GE(letters.second - letters.first, 7);
+}
+
+TEST_F(ServiceListPage, ANameLongerThanItsColumnRunsUnderTheDescription) {
+    const QString name = QStringLiteral("T").repeated(60);
+    Register(MakeServiceClass(name, QString(), {}));
+    Register(MakeServiceClass(name + u'x', QStringLiteral("Described"), {}));
+    ShowShell();
+    const QImage alone = RowImage(name);
+    EXPECT_GT(Inked(alone, 0, 800).second, 400);
+    const QImage described = RowImage(name + u'x');
+    // The name is the same up to the description and behind it.
+    EXPECT_EQ(described.copy(0, 0, 300, 42), alone.copy(0, 0, 300, 42));
+    EXPECT_EQ(described.copy(400, 0, 80, 42), alone.copy(400, 0, 80, 42));
+    EXPECT_NE(described.copy(300, 0, 60, 42), alone.copy(300, 0, 60, 42));
 }
 
 TEST_F(ServiceListPage, SelectedServicesShowAndCategoriesDoNot) {

@@ -94,6 +94,26 @@ TEST_F(ServiceItem, IsConfiguredByAnApiKeyOrAllOfOAuth) {
     }
 }
 
+TEST_F(ServiceItem, IsConfiguredByWhatIsStored) {
+    const QMap<QString, QString> whole{{QStringLiteral("ApiKey"), QString()},
+                                       {QStringLiteral("ClientId"), QStringLiteral("id")},
+                                       {QStringLiteral("Secret"), QStringLiteral("s")},
+                                       {QStringLiteral("RedirectUrl"), QStringLiteral("url")}};
+    const auto isConfigured = [this](const QMap<QString, QString>& AValues) {
+        Store(AValues);
+        MakeShell();
+        return Item()->IsConfigured();
+    };
+    EXPECT_TRUE(isConfigured(whole));
+    for (const char* name : {"ClientId", "Secret", "RedirectUrl"}) {
+        QMap<QString, QString> values = whole;
+        values[QLatin1String(name)].clear();
+        EXPECT_FALSE(isConfigured(values)) << name;
+        values[QStringLiteral("ApiKey")] = QStringLiteral("key");
+        EXPECT_TRUE(isConfigured(values)) << name;
+    }
+}
+
 TEST_F(ServiceItem, LoadsWhatIsStoredWhenItIsMade) {
     Store({{QStringLiteral("ApiKey"), QString()},
            {QStringLiteral("ClientId"), QStringLiteral("id")},
@@ -132,6 +152,9 @@ TEST_F(ServiceItem, EmptiesItsScopesWhenNoneAreStored) {
 
 TEST_F(ServiceItem, StaysAsItIsWhenNothingIsStored) {
     Service()->SetApiKey(QStringLiteral("mine"));
+    Service()->SetClientId(QStringLiteral("id"));
+    Service()->SetSecret(QStringLiteral("s"));
+    Service()->SetRedirectUrl(QStringLiteral("url"));
     {
         const QSignalBlocker blocker(Service());
         Service()->SetToken(QStringLiteral("token"), QString(), 0);
@@ -139,6 +162,9 @@ TEST_F(ServiceItem, StaysAsItIsWhenNothingIsStored) {
     Item()->LoadOptions();
     Item()->LoadToken();
     EXPECT_EQ(Service()->GetApiKey(), QStringLiteral("mine"));
+    EXPECT_EQ(Service()->GetClientId(), QStringLiteral("id"));
+    EXPECT_EQ(Service()->GetSecret(), QStringLiteral("s"));
+    EXPECT_EQ(Service()->GetRedirectUrl(), QStringLiteral("url"));
     EXPECT_EQ(Service()->Scopes(), DefaultScopes);
     EXPECT_EQ(Service()->GetToken(), QStringLiteral("token"));
 }
@@ -207,6 +233,26 @@ TEST_F(ServiceItem, DoesNotSaveWhatIsReportedWhileItLoads) {
     Service()->OnTokenChanged = {};
     EXPECT_EQ(reports, 1);
     EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QStringLiteral("stored"));
+    Item()->OptionsModified();
+    EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QStringLiteral("changed"));
+}
+
+TEST_F(ServiceItem, DoesNotSaveWhatIsReportedWhileItLoadsItsOptions) {
+    QFile settings(Folder.filePath(QStringLiteral("settings.db")));
+    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write("rubbish rubbish rubbish");
+    settings.close();
+    // What is wrong with the settings is told in the midst of loading them.
+    int reports = 0;
+    TRegistry::SetReportHandler([&](const QString&) {
+        ++reports;
+        Service()->SetApiKey(QStringLiteral("changed"));
+        Item()->OptionsModified();
+    });
+    Item()->LoadOptions();
+    TRegistry::SetReportHandler({});
+    EXPECT_EQ(reports, 1);
+    EXPECT_FALSE(TRegistry().KeyExists(Key()));
     Item()->OptionsModified();
     EXPECT_EQ(Stored(QStringLiteral("ApiKey")), QStringLiteral("changed"));
 }

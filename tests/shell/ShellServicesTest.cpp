@@ -25,13 +25,16 @@ TEST_F(ShellServices, ListAComponentOnceHoweverOftenItIsExplored) {
     component.setObjectName(QStringLiteral("Mine"));
     Shell->ExploreComponent(&component);
     Settle();
+    TZOServiceItem* item = Shell->GetServices(0);
     Log.clear();
     Shell->ExploreComponent(&component);
     EXPECT_EQ(Shell->GetServiceCount(), 3);
+    EXPECT_EQ(Shell->GetServices(0), item);
     EXPECT_EQ(Log, (QStringList{QStringLiteral("Mine added Mine"), QStringLiteral("Services added Mine"),
                                 QStringLiteral("destroyed Mine")}));
     Settle();
     EXPECT_EQ(Bar(), QStringLiteral("Services > Mine"));
+    EXPECT_EQ(Shell->GetNavStackTop()->Service(), item);
 }
 
 TEST_F(ShellServices, LeaveTheOpenPagesBeforeAnotherComponentIsExplored) {
@@ -62,13 +65,13 @@ TEST_F(ShellServices, DropAUsersComponentThatDies) {
     component->setObjectName(QStringLiteral("Mine"));
     Shell->ExploreComponent(component.get());
     Settle();
-    const QPointer<TZOServiceItem> item = Shell->GetServices(0);
+    QObject::connect(Shell->GetServices(0), &QObject::destroyed,
+                     [this] { Log.append(QStringLiteral("destroyed item")); });
     Log.clear();
     component.reset();
     // The pages could still ask the item for its name.
-    EXPECT_EQ(Log,
-              (QStringList{QStringLiteral("Mine removed Mine"), QStringLiteral("Services removed Mine")}));
-    EXPECT_TRUE(item.isNull());
+    EXPECT_EQ(Log, (QStringList{QStringLiteral("Mine removed Mine"), QStringLiteral("Services removed Mine"),
+                                QStringLiteral("destroyed item")}));
     EXPECT_EQ(Shell->GetServiceCount(), 2);
     EXPECT_EQ(Shell->FindService(component.get()), nullptr);
 }

@@ -20,7 +20,31 @@ QString Raised(const std::function<void()>& AAction) {
     return {};
 }
 
-/// Counts view updates by the rows that are new each time.
+/// Counts the updates of a view that stands at its top, by a scroll task that asks for itself again.
+class TUpdateCounter {
+public:
+    explicit TUpdateCounter(TZORestView& AView) : FView(AView) { Arm(); }
+    ~TUpdateCounter() { FView.SetScrollTask({}); }
+    int Updates = 0;
+
+private:
+    void Arm() {
+        FArming = true; // a new task is tried at once
+        FView.SetScrollTask([this] {
+            if (!FArming) {
+                ++Updates;
+                Arm();
+            }
+            return 0;
+        });
+        FArming = false;
+    }
+
+    TZORestView& FView;
+    bool FArming = false;
+};
+
+/// Counts how often it is asked for a row.
 class TCountingSource : public TZODataSource {
 public:
     void ConfigureRow(TZOViewRow*, TZOViewRowLayout*) override { ++Configured; }
@@ -61,19 +85,24 @@ TEST(DataSource, HasNoFirstAndLastRowAtFirst) {
 
 TEST(DataSource, UpdatesTheViewOnceForABracketOfManyChanges) {
     TTextView text(QString{});
-    // An update lays out what is on screen; a row that changes after it is asked for at the next one.
     TCountingSource source;
     text.View.SetDataSource(&source);
+    TUpdateCounter counter(text.View);
     source.BeginUpdate();
     for (int i = 0; i < 20; ++i)
         source.Add(new TZOViewRow(0));
     EXPECT_EQ(source.Configured, 0);
     EXPECT_EQ(text.View.Layouts().GetCount(), 0);
     EXPECT_EQ(text.View.ContentHeight(), 0);
+    EXPECT_EQ(counter.Updates, 0);
     source.EndUpdate();
+    EXPECT_EQ(counter.Updates, 1);
     EXPECT_EQ(text.View.ContentHeight(), 20 * text.View.RowHeight());
     EXPECT_EQ(source.Configured, text.View.Layouts().GetCount());
     EXPECT_GT(source.Configured, 0);
+    source.Add(new TZOViewRow(0));
+    source.Add(new TZOViewRow(0));
+    EXPECT_EQ(counter.Updates, 3) << "one each without a bracket";
     text.View.SetDataSource(nullptr);
 }
 

@@ -207,6 +207,15 @@ TEST(Keyboard, DiscardsTypedTextWithEscapeAndConsumesItAlways) {
     EXPECT_TRUE(text.Host.Keys.empty());
 }
 
+TEST(Keyboard, ConsumesEscapeWithAnUnchangedEditorAndWithNothingSelected) {
+    TTextView text(QStringLiteral("  [a]\n  [b]\n"));
+    text.Press(QStringLiteral("Escape"));
+    text.View.SelectRow(text.Row(1), seFirstChunk);
+    text.Press(QStringLiteral("Escape"));
+    text.Expect(QStringLiteral("  [a]\n> [b]\n"));
+    EXPECT_TRUE(text.Host.Keys.empty());
+}
+
 TEST(Keyboard, OffersEachKeyToTheSourceOnce) {
     TTextView text(Rows(Three));
     text.View.SelectRow(text.Row(0), seFirstChunk);

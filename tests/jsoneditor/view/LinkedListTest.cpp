@@ -175,6 +175,17 @@ TEST_F(LinkedList, DoesNotMoveARunOfAnotherList) {
     EXPECT_EQ(Changes, 0);
 }
 
+TEST_F(LinkedList, DoesNotMoveARunThatBeginsInNoList) {
+    Fill();
+    TElement loose('x');
+    List.MoveRangeAfter(&D, &loose, &B);
+    List.MoveRangeBefore(&A, &loose, &C);
+    List.MoveRangeAfter(&D, &loose, &loose);
+    EXPECT_EQ(Names(List), "abcd");
+    EXPECT_EQ(loose.List(), nullptr);
+    EXPECT_EQ(Changes, 0);
+}
+
 TEST_F(LinkedList, ReversesWhatItMovesToAnotherList) {
     List.Add(&A);
     List.Add(&B);

@@ -77,8 +77,13 @@ TEST(Mouse, StaysInTheEditorWhenTheTextIsRefused) {
 TEST(Mouse, ShowsNoSecondEditorWhereTheFocusedOneStands) {
     TTextView text(Three);
     text.View.SelectRow(text.Row(0), seFirstChunk);
-    const QRect chunk = text.Row(0)->Layout()->GetChunks(0)->Bounds();
-    text.MoveMouse(chunk.center());
+    text.MoveMouse(text.ChunkPoint(0, 3));
+    ASSERT_TRUE(text.View.Hover()->IsShownAt(text.Row(0), 3));
+    text.MoveMouse(text.ChunkPoint(0, 2));
+    text.MoveMouse(text.ChunkPoint(0, 1));
+    EXPECT_TRUE(text.View.Hover()->isHidden());
+    // The view looks at the pointer again when it lays the row out for what is typed.
+    text.Press(QStringLiteral("'typed'"));
     EXPECT_TRUE(text.View.Hover()->isHidden());
     EXPECT_TRUE(text.View.Editor()->IsShownAt(text.Row(0), 1));
 }

@@ -115,12 +115,17 @@ TEST(Painting, RepaintsForANewColourWithoutAskingForRowsAgain) {
     QPalette palette = text.View.palette();
     palette.setColor(QPalette::Button, QColor(9, 9, 9));
     text.View.setPalette(palette);
+    text.MoveMouse(text.ChunkPoint(0, 3));
+    ASSERT_TRUE(text.View.Hover()->IsShownAt(text.Row(0), 3));
+    const TZOViewRowLayout* layout = text.Row(0)->Layout();
     text.Source.Configured = 0;
     TPaintCounter counter(&text.View);
     text.View.SetSelectedColor(Qt::yellow);
     EXPECT_TRUE(WaitFor([&] { return counter.Paints > 0; }));
     EXPECT_EQ(text.Source.Configured, 0);
-    EXPECT_EQ(text.View.Editor()->palette().color(QPalette::Base), QColor(9, 9, 9));
+    EXPECT_EQ(text.Row(0)->Layout(), layout);
+    for (const TZOInplaceEditor* editor : {text.View.Editor(), text.View.Hover()})
+        EXPECT_EQ(editor->palette().color(QPalette::Base), QColor(9, 9, 9));
     QCoreApplication::processEvents();
     counter.Paints = 0;
     text.View.SetSelectedColor(Qt::yellow);
