@@ -11,11 +11,24 @@ constexpr const char* Host = "127.0.0.1";
 constexpr const char* LibraryPath = "/library/v1";
 constexpr const char* ClockPath = "/clock/v1";
 
+TSampleRequest Described(const httplib::Request& ARequest, const httplib::Response& AResponse) {
+    TSampleRequest request;
+    request.Method = ARequest.method;
+    request.Path = ARequest.path;
+    request.Params = ARequest.params;
+    request.Headers = {ARequest.headers.begin(), ARequest.headers.end()};
+    request.Body = ARequest.body;
+    for (const auto& [name, file] : ARequest.files)
+        request.Parts.emplace(name, TSampleRequest::TPart{file.filename, file.content});
+    request.Status = AResponse.status;
+    return request;
+}
+
 } // namespace
 
 class TSampleServer::TImpl {
 public:
-    TImpl() {
+    explicit TImpl(TListener AListener) {
         FServer.set_tcp_nodelay(true);
         FServer.set_keep_alive_max_count(1000);
         FServer.set_keep_alive_timeout(1);
@@ -25,6 +38,11 @@ public:
                                                                             " " + ARequest.path + "."),
                                       "application/json");
         });
+        if (AListener)
+            FServer.set_logger(
+                [AListener](const httplib::Request& ARequest, const httplib::Response& AResponse) {
+                    AListener(Described(ARequest, AResponse));
+                });
         AddLibraryRoutes(FServer, LibraryPath, TSampleServer::ApiKey().toStdString());
         AddClockRoutes(FServer, ClockPath);
 
@@ -51,7 +69,7 @@ private:
     int FPort = 0;
 };
 
-TSampleServer::TSampleServer() : FImpl(std::make_unique<TImpl>()) {}
+TSampleServer::TSampleServer(TListener AListener) : FImpl(std::make_unique<TImpl>(std::move(AListener))) {}
 TSampleServer::~TSampleServer() = default;
 
 int TSampleServer::Port() const noexcept { return FImpl->Port(); }

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <QScreen>
 #include <QTextEdit>
@@ -169,6 +170,8 @@ QString Screen::Focus() {
 }
 
 QString Screen::CurrentRow() {
+    if (const auto* menu = qobject_cast<const QMenu*>(QApplication::activePopupWidget()))
+        return menu->activeAction() ? menu->activeAction()->text() : QString();
     QWidget* widget = QApplication::focusWidget();
     if (const auto* list = qobject_cast<QAbstractItemView*>(widget))
         return list->currentIndex().data(Qt::AccessibleTextRole).toString();

@@ -19,7 +19,8 @@ bool Shows(const QString& AText);
 std::optional<QPoint> Find(const QString& AText);
 /// The class and text of the widget that has the focus: "TZORestView", "QLineEdit: lib"...
 QString Focus();
-/// The text of the current row of the focused list, of the selected row of the focused editor, or nothing.
+/// The text of the current command of an open menu, of the current row of the focused list, of the selected
+/// row of the focused editor, or nothing.
 QString CurrentRow();
 /// Puts the picture of the active window, without its frame, into a file; false when that failed.
 bool Save(const QString& AFileName);

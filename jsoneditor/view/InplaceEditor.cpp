@@ -161,6 +161,9 @@ void TZOInplaceEditor::focusOutEvent(QFocusEvent* AEvent) {
 }
 
 void TZOInplaceEditor::contextMenuEvent(QContextMenuEvent* AEvent) {
-    FView->ShowContextMenu(AEvent->globalPos());
+    if (AEvent->reason() == QContextMenuEvent::Keyboard)
+        FView->ShowRowMenu();
+    else
+        FView->ShowContextMenu(AEvent->globalPos());
     AEvent->accept();
 }

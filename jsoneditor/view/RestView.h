@@ -250,6 +250,8 @@ private:
     void UpdateTracking(const QPoint& APoint);
     void HideHover();
     void ShowContextMenu(const QPoint& AGlobal);
+    /// Asked for by a key, the menu belongs to the selected row, wherever the pointer is.
+    void ShowRowMenu();
     void ShowRowHint(const QHelpEvent* AEvent);
 
     int FScrollStep = 32;

@@ -41,7 +41,8 @@ bool TZORestView::ClaimKey(QKeyEvent* AEvent) {
     const bool own = IsPageKey(key.Key, key.Shift) || key.Key == Qt::Key_Up || key.Key == Qt::Key_Down ||
                      key.Key == Qt::Key_Tab || (key.Key == Qt::Key_Return && !control) ||
                      key.Key == Qt::Key_Escape ||
-                     (control && (key.Key == Qt::Key_Home || key.Key == Qt::Key_End));
+                     (control && (key.Key == Qt::Key_Home || key.Key == Qt::Key_End)) ||
+                     (key.Key == Qt::Key_F10 && key.Shift == Qt::ShiftModifier);
     if (!own && !(FDataSource && FDataSource->WantsKey(key.Key, key.Shift)))
         return false;
     AEvent->accept();
@@ -87,6 +88,13 @@ void TZORestView::KeyDown(int& AKey, Qt::KeyboardModifiers AShift) {
         break;
     case Qt::Key_Tab:
         KeyTab(AKey, AShift.testFlag(Qt::ShiftModifier));
+        break;
+    case Qt::Key_F10:
+        // The Menu key comes as an event of its own; where Shift+F10 does not, it means the same.
+        if (AShift == Qt::ShiftModifier) {
+            AKey = 0;
+            ShowRowMenu();
+        }
         break;
     case Qt::Key_Return:
         if (TryCloseEditor(true))

@@ -22,14 +22,17 @@ void TZORestView::InsertRow() {
 }
 
 void TZORestView::contextMenuEvent(QContextMenuEvent* AEvent) {
-    QPoint point = AEvent->globalPos();
-    // Asked for by a key, the menu belongs to the selected row, wherever the pointer is.
-    if (AEvent->reason() == QContextMenuEvent::Keyboard && FSelected && FSelected->Layout()) {
-        const QRect row = FSelected->Layout()->Bounds() & ClientRect();
-        point = mapToGlobal(QPoint(row.left(), row.bottom() + 1));
-    }
-    ShowContextMenu(point);
+    if (AEvent->reason() == QContextMenuEvent::Keyboard)
+        ShowRowMenu();
+    else
+        ShowContextMenu(AEvent->globalPos());
     AEvent->accept();
+}
+
+void TZORestView::ShowRowMenu() {
+    const QRect view = ClientRect();
+    const QRect row = FSelected && FSelected->Layout() ? FSelected->Layout()->Bounds() & view : QRect();
+    ShowContextMenu(mapToGlobal(row.isEmpty() ? view.topLeft() : QPoint(row.left(), row.bottom() + 1)));
 }
 
 void TZORestView::ShowContextMenu(const QPoint& AGlobal) {

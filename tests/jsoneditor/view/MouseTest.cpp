@@ -136,6 +136,19 @@ TEST(Mouse, OpensTheViewsMenuFromTheEditorToo) {
     menu->close();
 }
 
+TEST(Mouse, IsNotNeededForTheMenuWhichShiftF10OpensBelowTheSelectedRow) {
+    TTextView text(QStringLiteral("  [name] : [value]\n  [second] : [2]\n"));
+    for (const TZOShowEditor mode : {seHide, seLastChunk}) {
+        text.View.SelectRow(text.Row(1), mode);
+        text.Press(QStringLiteral("Shift+F10"));
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        const QRect row = text.Row(1)->Layout()->Bounds();
+        EXPECT_EQ(menu->pos(), text.View.mapToGlobal(QPoint(row.left(), row.bottom() + 1)));
+        menu->close();
+    }
+}
+
 TEST(Mouse, HasClipboardAndRowCommandsWithTheirKeysInItsMenu) {
     TTextView text(Three);
     text.View.SelectRow(text.Row(0), seFirstChunk);
