@@ -331,6 +331,22 @@ TEST_F(ExecutePage, ScrollsToTheResponseWhereItIsOutOfSight) {
     EXPECT_LE(panel->visibleRegion().boundingRect().height(), height / 2 + 1);
 }
 
+TEST_F(ExecutePage, MakesWayAtOnceForAComponentThatIsExplored) {
+    ShowOperation(QStringLiteral("Echo"));
+    ASSERT_EQ(Shell->GetNavStackCount(), 3);
+    const QPointer<QWidget> execute = Shell->GetNavStack(2)->Frame();
+    const QPointer<QWidget> operations = Shell->GetNavStack(1)->Frame();
+    TZORestService component(Classes[0].get());
+    component.setObjectName(QStringLiteral("Mine"));
+    Shell->ExploreComponent(&component);
+    EXPECT_TRUE(execute.isNull());
+    EXPECT_TRUE(operations.isNull());
+    EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
+    Settle();
+    EXPECT_EQ(Stack(), (QStringList{QStringLiteral("Services"), QStringLiteral("Mine")}));
+    EXPECT_EQ(Find<QLabel>("HeaderLabel")->text(), QStringLiteral("Mine"));
+}
+
 TEST_F(ExecutePage, DropsEverythingWhenItsComponentGoes) {
     ShowShell();
     auto component = std::make_unique<TZORestService>(Classes[0].get());

@@ -92,6 +92,22 @@ TEST_F(LinkedList, MovesItsOwnElementWithTwoNotifications) {
     List.Add(&A);
     EXPECT_EQ(Names(List), "bcda");
     EXPECT_EQ(Changes, 2);
+    Changes = 0;
+    List.InsertAfter(&B, &A);
+    EXPECT_EQ(Names(List), "bacd");
+    List.InsertBefore(&C, &D);
+    EXPECT_EQ(Names(List), "badc");
+    EXPECT_EQ(Changes, 4);
+}
+
+TEST_F(LinkedList, CountsItsOwnElementOutAndInAgain) {
+    std::vector<int> counts;
+    TList list([&] { counts.push_back(list.GetCount()); });
+    list.Add(&A);
+    list.Add(&B);
+    counts.clear();
+    list.Add(&A);
+    EXPECT_EQ(counts, (std::vector<int>{1, 2}));
 }
 
 TEST_F(LinkedList, KeepsAnElementThatIsAddedWhereItStands) {

@@ -42,6 +42,13 @@ protected:
 TEST_F(Scrolling, EndsWithTheContent) {
     Text.View.ScrollTo(1000000);
     EXPECT_EQ(Text.View.YScroll(), Bottom());
+    Text.View.ScrollTo(Bottom() - 1);
+    TurnWheel(&Text.View, -120);
+    EXPECT_EQ(Text.View.YScroll(), Bottom());
+    // Rows that go take the end with them.
+    while (Text.View.GetRowCount() > 20)
+        delete Text.View.GetLast();
+    EXPECT_EQ(Text.View.YScroll(), 20 * RowHeight() - Text.View.height());
     Text.View.ScrollTo(-10);
     EXPECT_EQ(Text.View.YScroll(), 0);
 }
@@ -50,6 +57,9 @@ TEST(ScrollingShortContent, StaysAtTheTop) {
     TTextView text(ManyRows(3));
     text.View.ScrollTo(50);
     EXPECT_EQ(text.View.YScroll(), 0);
+    TurnWheel(&text.View, -120);
+    EXPECT_EQ(text.View.YScroll(), 0);
+    EXPECT_EQ(text.Host.Wheels, 1);
     EXPECT_TRUE(text.View.findChild<QScrollBar*>()->isHidden());
 }
 
