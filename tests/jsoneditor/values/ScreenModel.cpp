@@ -160,6 +160,19 @@ void TScreenModel::Delete(int ARow) {
     Store(parentRow)->RemoveField(self.Key);
 }
 
+bool TScreenModel::IsElement(int ARow) const {
+    const TScreenRow& self = FRows[static_cast<size_t>(ARow)];
+    const int parent = ParentOf(ARow);
+    return parent >= 0 && !self.IsCloser() && FRows[static_cast<size_t>(parent)].Text == QLatin1String("[");
+}
+
+void TScreenModel::DeleteElement(int ARow) {
+    if (FRows[static_cast<size_t>(ARow)].Gray)
+        return;
+    auto& items = Store(ParentOf(ARow))->Items;
+    items.erase(items.begin() + ElementIndex(ARow));
+}
+
 void TScreenModel::Choose(int ARow) {
     const int tagRow = ParentOf(ARow);
     const QString name = FRows[static_cast<size_t>(ARow)].Text.mid(2);

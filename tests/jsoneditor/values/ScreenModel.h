@@ -57,6 +57,10 @@ public:
     void Type(int ARow, const QString& AText);
     /// What Ctrl+Delete does.
     void Delete(int ARow);
+    /// What the menu's "Delete Element" does.
+    void DeleteElement(int ARow);
+    /// Whether row ARow is an element of a list, stored or not.
+    bool IsElement(int ARow) const;
     /// What choosing the choice row ARow does.
     void Choose(int ARow);
 

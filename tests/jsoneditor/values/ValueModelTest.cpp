@@ -3,9 +3,12 @@
 #include "tests/jsoneditor/values/ValueTypes.h"
 #include "tests/jsoneditor/values/ValueView.h"
 
+#include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMenu>
 #include <QRandomGenerator>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -131,9 +134,7 @@ public:
         const QStringList all = FView.Lines();
         if (isOpenOnNothing || std::any_of(all.begin(), all.end(), isPicked))
             return;
-        fresh.sort();
-        rows.sort();
-        EXPECT_EQ(rows, fresh) << FView.Rows().toStdString();
+        EXPECT_EQ(InOrder(rows), InOrder(fresh)) << FView.Rows().toStdString();
     }
 
     QString Done;
@@ -144,6 +145,33 @@ private:
         QByteArray Json;
         TNode Root;
     };
+
+    /// The rows with those sorted that can be moved by hand: all that stand side by side, but for elements.
+    static std::string InOrder(const QStringList& ALines) {
+        return Blocks(ALines, true).join('\n').toStdString();
+    }
+
+    static QStringList Blocks(const QStringList& ALines, bool ASorted) {
+        const auto level = [&](int AIndex) {
+            return AIndex < ALines.size() ? TScreenRow(ALines[AIndex]).Level : -1;
+        };
+        QStringList blocks;
+        for (int i = 0; i < ALines.size();) {
+            int end = i + 1;
+            while (level(end) > level(i))
+                ++end;
+            const bool isList = TScreenRow(ALines[i]).Text == QLatin1String("[");
+            QStringList block = Blocks(ALines.mid(i + 1, end - i - 1), !isList);
+            block.prepend(ALines[i]);
+            if (TScreenRow(ALines[i]).IsOpener() && level(end) == level(i))
+                block.append(ALines[end++]);
+            blocks.append(block.join('\n'));
+            i = end;
+        }
+        if (ASorted)
+            blocks.sort();
+        return blocks;
+    }
 
     /// Without what insert mode offers.
     static QStringList StoredLines(const QStringList& ALines) {
@@ -169,7 +197,9 @@ private:
     void ActOn(int ARow) {
         const TScreenRow& row = FModel.Rows()[static_cast<size_t>(ARow)];
         const int dice = FRandom.bounded(100);
-        if (row.IsChoice() && dice < 80)
+        if (FModel.IsElement(ARow) && FRandom.bounded(4) == 0)
+            ChooseFromMenu(ARow);
+        else if (row.IsChoice() && dice < 80)
             Choose(ARow, dice < 40);
         else if ((row.Editable || row.KeyEditable) && dice < 70)
             Type(ARow);
@@ -218,6 +248,30 @@ private:
             FView.Press("Insert");
         else
             FView.DoubleClick(row.Line, NumberOf(ARow));
+    }
+
+    /// List elements take no keys; their commands are in the context menu.
+    void ChooseFromMenu(int ARow) {
+        const TScreenRow row = FModel.Rows()[static_cast<size_t>(ARow)];
+        const int dice = FRandom.bounded(3);
+        const QString command = dice == 0   ? QStringLiteral("Delete Element")
+                                : dice == 1 ? QStringLiteral("Insert Before")
+                                            : QStringLiteral("Insert After");
+        Done += QLatin1Char(' ') + command;
+        if (dice == 0)
+            FModel.DeleteElement(ARow);
+        else if (dice == 2 && row.IsHint("object") && !IsShape(ARow))
+            FModel.Store(ARow)->Kind = TNode::Object;
+        FView.Click(row.Line, NumberOf(ARow));
+        FView.Press("Shift+F10");
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_TRUE(menu);
+        for (QAction* action : menu->actions()) {
+            if (action->text() == command)
+                menu->setActiveAction(action);
+        }
+        QTest::keyClick(menu, Qt::Key_Return);
+        FView.View.setFocus();
     }
 
     void Choose(int ARow, bool AByKey) {
