@@ -5,6 +5,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -28,7 +29,9 @@ QString TZOElidedLabel::Line() const {
 }
 
 QSize TZOElidedLabel::sizeHint() const {
-    return {std::min(fontMetrics().horizontalAdvance(Line()), MaxWidthHint), fontMetrics().height()};
+    // Rounded up: a fraction of a pixel less, and the end would give way to an ellipsis.
+    const auto width = int(std::ceil(QFontMetricsF(font()).horizontalAdvance(Line())));
+    return {std::min(width, MaxWidthHint), fontMetrics().height()};
 }
 
 QSize TZOElidedLabel::minimumSizeHint() const { return {0, fontMetrics().height()}; }

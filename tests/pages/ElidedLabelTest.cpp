@@ -65,3 +65,19 @@ TEST_F(ElidedLabel, IsOneLineWhateverTheTextHolds) {
     EXPECT_EQ(Image(), image);
     EXPECT_EQ(Label.sizeHint().height(), Label.fontMetrics().height());
 }
+
+TEST_F(ElidedLabel, ShowsAllOfItsTextWhereItHasTheSizeItAsksFor) {
+    QFont font;
+    font.setPixelSize(13);
+    Label.setFont(font);
+    QString text;
+    for (const char letter : QByteArrayLiteral("503 Service Unavailable, 2 ms, 202 bytes")) {
+        text += QLatin1Char(letter);
+        Label.setText(text);
+        Label.resize(Label.sizeHint());
+        const QImage shown = Image();
+        // The same label with room to spare, cut to the size of the other.
+        Label.resize(Label.width() + 40, Label.height());
+        EXPECT_EQ(shown, Image().copy(shown.rect())) << text.toStdString();
+    }
+}
