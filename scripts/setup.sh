@@ -6,9 +6,10 @@ export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 
 # install_packages GROUP...: what packaging/debian-packages.txt lists for these groups.
 install_packages() {
-    local groups=" $* " missing=() group package
-    while read -r group package; do
+    local groups=" $* " missing=() group package program
+    while read -r group package program; do
         [[ $group == "#"* || -z $group || $groups != *" $group "* ]] && continue
+        [[ -n $program ]] && command -v "$program" > /dev/null && continue
         dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
             missing+=("$package")
     done < packaging/debian-packages.txt
