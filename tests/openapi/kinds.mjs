@@ -4,12 +4,13 @@
 // "NAME METHOD PATH | property:kind ... | kind of the response".
 import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
+import { fileURLToPath } from 'node:url';
 
 const require = createRequire(process.env.ZO_NPM_FOLDER + '/package.json');
 const yaml = require('yaml');
 const methods = ['get', 'put', 'post', 'delete', 'options', 'head', 'patch', 'trace'];
 
-class Document {
+export class Document {
   constructor(file) {
     const text = readFileSync(file, 'utf8');
     this.root = text.trimStart().startsWith('{')
@@ -136,8 +137,8 @@ class Document {
     if (this.isSwagger) {
       const all = [...(path.parameters ?? []), ...(oper.parameters ?? [])].map(p => this.target(p));
       return all.filter(p => p && (p.in === 'body' || p.in === 'formData')).map(p => p.in === 'formData'
-        ? [p.name, this.kind(p), 'body']
-        : ['body', this.wholeKind(consumes.find(m => this.isJson(m)) ?? consumes[0] ?? 'application/json', p.schema), 'body']);
+        ? [p.name, this.kind(p), 'body', p]
+        : ['body', this.wholeKind(consumes.find(m => this.isJson(m)) ?? consumes[0] ?? 'application/json', p.schema), 'body', p.schema, p]);
     }
     const content = Object.entries(this.target(oper.requestBody)?.content ?? {});
     const plain = media => media.split(';')[0].trim().toLowerCase();
@@ -146,16 +147,17 @@ class Document {
       content.find(([m]) => plain(m) === 'application/x-www-form-urlencoded') ?? content[0];
     if (!chosen) return [];
     const [media, { schema }] = chosen;
+    const given = chosen[1];
     const isForm = ['multipart/form-data', 'application/x-www-form-urlencoded'].includes(plain(media));
-    if (!isForm) return [['body', this.wholeKind(media, schema), 'body']];
+    if (!isForm) return [['body', this.wholeKind(media, schema), 'body', schema, given]];
     const fields = [...this.fields(schema)].map(([name, field]) => {
       const target = this.target(field);
       const isBare = this.is31 && plain(media) === 'multipart/form-data' && target &&
         typeof target === 'object' && Object.keys(target).length === 0;
-      return [name, isBare ? 'upload' : this.kind(field), 'body'];
+      return [name, isBare ? 'upload' : this.kind(field), 'body', field];
     });
     const isMap = fields.length === 0 && schema && plain(media) !== 'multipart/form-data' && this.kind(schema) === 'map';
-    return isMap ? [['body', 'map', 'body']] : fields;
+    return isMap ? [['body', 'map', 'body', schema, given]] : fields;
   }
 
   wholeKind(media, schema) {
@@ -166,6 +168,7 @@ class Document {
     return ['string', 'integer', 'int64', 'boolean', 'float', 'date-time', 'date'].includes(kind) ? kind : 'string';
   }
 
+  /// Name, kind, schema and what may hold examples of each top-level property of the request.
   properties(oper, path, template) {
     const params = new Map();
     for (const given of [...(path.parameters ?? []), ...(oper.parameters ?? [])]) {
@@ -180,17 +183,17 @@ class Document {
           ['accept', 'content-type', 'authorization'].includes(param.name.toLowerCase())) continue;
       const schema = this.isSwagger ? param
         : param.content ? Object.values(param.content)[0]?.schema : param.schema;
-      found.push([param.name, schema === undefined ? 'string' : this.kind(schema), param.in]);
+      found.push([param.name, schema === undefined ? 'string' : this.kind(schema), param.in, schema, param]);
     }
     for (const [, name] of template.matchAll(/\{([^{}]*)\}/g))
       if (!params.has('path ' + name)) found.push([name, 'string', 'path']);
     found.push(...this.bodyProperties(oper, path));
     const names = new Set();
-    return found.map(([name, kind, place]) => {
+    return found.map(([name, kind, place, schema, given]) => {
       let own = names.has(name) ? name + '_' + place : name;
       for (let i = 2; names.has(own); ++i) own = name + '_' + place + i;
       names.add(own);
-      return own + ':' + kind;
+      return { name: own, kind, schema, given };
     });
   }
 
@@ -222,7 +225,7 @@ class Document {
     return isJson ? [this.kind(response.schema), true] : ['download', false];
   }
 
-  describe() {
+  operations() {
     const operations = [];
     const names = new Set();
     for (const [template, given] of Object.entries(this.root.paths ?? {})) {
@@ -234,14 +237,21 @@ class Document {
         const plain = method.toUpperCase() + ' ' + template;
         const name = oper.operationId && !names.has(oper.operationId) ? oper.operationId : plain;
         names.add(name);
-        operations.push([name, method.toUpperCase(), template, '|', ...this.properties(oper, path, template), '|',
-          this.responseKind(oper)].join(' '));
+        operations.push({ name, method: method.toUpperCase(), template, oper,
+          properties: this.properties(oper, path, template), response: this.responseKind(oper) });
       }
     }
+    return operations;
+  }
+
+  describe() {
+    const operations = this.operations().map(o => [o.name, o.method, o.template, '|',
+      ...o.properties.map(p => p.name + ':' + p.kind), '|', o.response].join(' '));
     const schemas = this.isSwagger ? this.root.definitions : this.root.components?.schemas;
     return { title: String(this.root.info?.title ?? '').split(/\s+/).filter(Boolean).join(' '),
       version: String(this.root.info?.version ?? ''), types: Object.keys(schemas ?? {}).length, operations };
   }
 }
 
-for (const file of process.argv.slice(2)) console.log(JSON.stringify(new Document(file).describe()));
+if (process.argv[1] === fileURLToPath(import.meta.url))
+  for (const file of process.argv.slice(2)) console.log(JSON.stringify(new Document(file).describe()));
