@@ -17,6 +17,7 @@ int main(int AArgc, char** AArgv) {
     int count = 2;
     benchmark::Initialize(&count, arguments);
 
+    AddFindBenchmarks();
     AddHttpBenchmarks();
     AddJsonBenchmarks();
     AddValuesBenchmarks();

@@ -37,6 +37,7 @@ std::int64_t HeapInUse();
 } // namespace Bench
 
 /// One function a file of benchmarks: adds its tasks.
+void AddFindBenchmarks();
 void AddHttpBenchmarks();
 void AddJsonBenchmarks();
 void AddValuesBenchmarks();

@@ -30,6 +30,8 @@ TZOExecutePage::TZOExecutePage(TZOShellFrame* AShell, TZOServiceItem* AItem, POp
     FRespView = SetupRestView(FUi->RespPanel);
     FRespView->setAccessibleName(FUi->RespLabel->text());
     setFocusProxy(FReqView);
+    FUi->FindBar->SetViews({FReqView, FRespView});
+    FUi->FindBar->hide();
     InitTabOrder();
     InitHandlers();
     InitKeys();
@@ -84,7 +86,23 @@ void TZOExecutePage::InitKeys() {
             });
         });
     }
-    new TZOFocusRing(this, {FReqView, FUi->ButtonsPanel, FRespView});
+    using TFind = void (TZOFindBar::*)(TZORestView*);
+    const std::pair<QKeySequence, TFind> finding[] = {
+        {QKeySequence(Qt::CTRL | Qt::Key_F), &TZOFindBar::Open},
+        {QKeySequence(Qt::Key_F3), &TZOFindBar::GoNext},
+        {QKeySequence(Qt::SHIFT | Qt::Key_F3), &TZOFindBar::GoPrevious}};
+    for (const auto& [key, find] : finding) {
+        auto* shortcut = new QShortcut(key, this);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this,
+                [this, find = find] { GuardedCall(this, [&] { (FUi->FindBar->*find)(ViewToFindIn()); }); });
+    }
+    new TZOFocusRing(this, {FUi->FindBar, FReqView, FUi->ButtonsPanel, FRespView});
+}
+
+TZORestView* TZOExecutePage::ViewToFindIn() const {
+    // The answer is what is looked through, unless the user is at the request.
+    return FReqView->Focused() || !FRespView->isVisible() ? FReqView : FRespView;
 }
 
 void TZOExecutePage::InitHandlers() {
@@ -181,6 +199,7 @@ void TZOExecutePage::UpdateJsonColors(TZOIdeTheming* ATheming) {
 
 void TZOExecutePage::IdeThemeChanged(TZOIdeTheming* ATheming) {
     SetBackColor(this, ATheming->GetSystemColor(clBtnFace));
+    FUi->FindBar->UpdateColors(ATheming);
     UpdateLabelColors(ATheming);
     UpdateJsonColors(ATheming);
 }

@@ -25,7 +25,7 @@ class ExecutePage;
 
 /// Shows the request of an operation as an editable tree, takes the files to send and to write, executes the
 /// request, and shows what came of it: a value, a file, nothing, or a failure. Ctrl+Enter executes from
-/// anywhere on the page; F6 and Shift+F6 go round its parts.
+/// anywhere on the page, F6 and Shift+F6 go round its parts, Ctrl+F, F3 and Shift+F3 find a text in it.
 class TZOExecutePage final : public TZOServicePage {
     Q_OBJECT
 
@@ -59,6 +59,7 @@ private:
     void InitHandlers();
     void InitKeys();
     void InitTabOrder();
+    TZORestView* ViewToFindIn() const;
     TZORestView* SetupRestView(QWidget* AParent);
     void InitRequest();
     void UpdateView();

@@ -73,6 +73,7 @@ protected:
     friend class TEOf;
     friend class TListElem;
     friend class TObjectTag;
+    friend class TSearch;
     friend class TUnionTag;
 
     virtual bool DoGetValue(const void* AParentValue, void*& ARef) const = 0;

@@ -115,6 +115,8 @@ public:
     void ShowChoices();
     /// The row's JSON pointer (RFC 6901), its type, and what is known about it.
     QString RowHint(TZOViewRow* ARow) override;
+    /// Looks at keys and values, not at the brackets and colons around them.
+    std::unique_ptr<TZORowSearch> NewSearch(const QString& AText) override;
 
     /// Leaves insert mode everywhere: placeholders go, and tags that were picked without a value.
     void CancelInsertMode();
@@ -133,6 +135,8 @@ protected:
     virtual bool DoUploadDialog(ZOUpload& AUpload);
 
 private:
+    class TSearch;
+
     /// What only the few rows in insert mode have.
     struct TInsertMode {
         TRow* Before = nullptr;          // where the new entry goes; null: to the end

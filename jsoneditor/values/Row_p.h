@@ -90,6 +90,7 @@ private:
     friend class TDataRow;
     friend class TListElem;
     friend class TMapItem;
+    friend class TSearch;
 
     QString ValueChunkText() const;
     TRow* LastOfSubtree();

@@ -5,7 +5,10 @@
 #include "runtime/types/Any.h"
 #include "runtime/types/Rfc3339.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
@@ -100,5 +103,47 @@ void ValueText::FromText(const TZOTypeInfo* AType, const QString& AText, void* A
     case vkUnion:
     case vkService:
         return;
+    }
+}
+
+namespace {
+
+bool IsMadeOf(const QString& AText, QStringView ACharacters) {
+    return std::all_of(AText.begin(), AText.end(), [&](QChar c) { return ACharacters.contains(c); });
+}
+
+template <class T>
+bool IsInNumber(const ValueText::TMatcher& AMatcher, T AValue) {
+    char digits[24];
+    const char* end = std::to_chars(std::begin(digits), std::end(digits), AValue).ptr;
+    QChar text[24];
+    std::copy(std::begin(digits), static_cast<char*>(digits) + (end - digits), std::begin(text));
+    return AMatcher.Matches(QStringView(text, end - digits));
+}
+
+} // namespace
+
+ValueText::TMatcher::TMatcher(const QString& AText)
+    : FMatcher(AText, Qt::CaseInsensitive),
+      FFitsIntegers(IsMadeOf(AText, u"-0123456789")),
+      FFitsDates(IsMadeOf(AText, u"-+:.0123456789tTzZ ")),
+      FIsInTrue(BoolToStr(true).contains(AText, Qt::CaseInsensitive)),
+      FIsInFalse(BoolToStr(false).contains(AText, Qt::CaseInsensitive)) {}
+
+bool ValueText::TMatcher::Matches(const TZOTypeInfo* AType, const void* AValue) const {
+    switch (AType->Kind()) {
+    case vkString:
+        return Matches(As<QString>(AValue));
+    case vkInteger:
+        return FFitsIntegers && IsInNumber(*this, As<qint32>(AValue));
+    case vkInt64:
+        return FFitsIntegers && IsInNumber(*this, As<qint64>(AValue));
+    case vkBoolean:
+        return As<quint8>(AValue) ? FIsInTrue : FIsInFalse;
+    case vkDateTime:
+    case vkDate:
+        return FFitsDates && Matches(ToText(AType, AValue));
+    default:
+        return Matches(ToText(AType, AValue));
     }
 }

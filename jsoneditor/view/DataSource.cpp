@@ -1,7 +1,38 @@
 #include "jsoneditor/view/DataSource.h"
 
 #include "jsoneditor/view/RestView.h"
+#include "jsoneditor/view/RowSearch.h"
 #include "jsoneditor/view/ViewRow.h"
+#include "jsoneditor/view/ViewRowLayout.h"
+
+namespace {
+
+/// Looks at what the rows would show if they were in sight.
+class TChunkSearch final : public TZORowSearch {
+public:
+    TChunkSearch(TZODataSource* ASource, const QString& AText) : FSource(ASource), FText(AText) {}
+
+    bool Matches(TZOViewRow* ARow) override {
+        if (const TZOViewRowLayout* layout = ARow->Layout())
+            return Matches(*layout);
+        TZOViewRowLayout scratch(FSource->View(), ARow);
+        FSource->ConfigureRow(ARow, &scratch);
+        return Matches(scratch);
+    }
+
+private:
+    bool Matches(const TZOViewRowLayout& ALayout) const {
+        for (int i = 0; i < ALayout.GetChunkCount(); ++i)
+            if (ALayout.GetChunks(i)->Text().contains(FText, Qt::CaseInsensitive))
+                return true;
+        return false;
+    }
+
+    TZODataSource* FSource;
+    QString FText;
+};
+
+} // namespace
 
 TZODataSource::~TZODataSource() {
     if (FView)
@@ -15,6 +46,10 @@ void TZODataSource::KeyDown(int&, Qt::KeyboardModifiers) {}
 void TZODataSource::DblClick() {}
 void TZODataSource::FillMenu(QMenu*) {}
 QString TZODataSource::RowHint(TZOViewRow*) { return QString(); }
+
+std::unique_ptr<TZORowSearch> TZODataSource::NewSearch(const QString& AText) {
+    return std::make_unique<TChunkSearch>(this, AText);
+}
 
 bool TZODataSource::WantsKey(int AKey, Qt::KeyboardModifiers AShift) const {
     return AKey == Qt::Key_Insert || AKey == Qt::Key_F5 ||

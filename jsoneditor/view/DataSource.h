@@ -7,9 +7,11 @@
 #include <Qt>
 
 #include <functional>
+#include <memory>
 
 class QMenu;
 class TZORestView;
+class TZORowSearch;
 class TZOViewRow;
 class TZOViewRowLayout;
 
@@ -50,6 +52,10 @@ public:
     /// What the user is told about ARow when the pointer rests on it, and assistive technology with it:
     /// plain text, perhaps of several lines.
     virtual QString RowHint(TZOViewRow* ARow);
+
+    /// A search for AText, which is not empty, in the rows of this source; must not outlive it. The default
+    /// asks for the chunks of each row; a source of many rows knows better.
+    virtual std::unique_ptr<TZORowSearch> NewSearch(const QString& AText);
 
     void BeginUpdate();
     void EndUpdate();

@@ -41,7 +41,7 @@ QFont DefaultFont() {
 } // namespace
 
 TZORestView::TZORestView(QWidget* AParent)
-    : QWidget(AParent), FRows([this] { RequestUpdate(); }), FIndex(std::make_unique<TZORowIndex>()) {
+    : QWidget(AParent), FRows([this] { RowsTouched(); }), FIndex(std::make_unique<TZORowIndex>()) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -106,6 +106,13 @@ void TZORestView::RunUpdate() {
     UpdateTracking();
     UpdateScrollBar();
     FAccessible->Updated();
+    if (std::exchange(FToldRevision, FRevision) != FRevision)
+        Q_EMIT RowsChanged();
+}
+
+void TZORestView::RowsTouched() {
+    ++FRevision;
+    RequestUpdate();
 }
 
 void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
@@ -221,6 +228,7 @@ void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex) {
 }
 
 void TZORestView::InvalidateLayout(TZOViewRow* ARow) {
+    ++FRevision;
     if (!ARow->FLayout)
         return;
     // The rest of the view stays as it is painted.

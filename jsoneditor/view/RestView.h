@@ -22,6 +22,7 @@ class TZODataSource;
 class TZOExposureWatch;
 class TZOInplaceEditor;
 class TZORowIndex;
+struct TZOMarks;
 struct TZORowRange;
 struct TZOScrollSizes;
 
@@ -77,6 +78,8 @@ public:
     /// For the destructors of layouts and rows.
     void LayoutRemoved(TZOViewRowLayout* ALayout);
     void RowRemoved(TZOViewRow* ARow);
+    /// Another number whenever rows came, went, moved or were told to have changed.
+    quint64 Revision() const { return FRevision; }
     /// The layouts on screen, top to bottom.
     const TZOLinkedListOf<TZOViewRowLayout*>& Layouts() const { return FLayouts; }
 
@@ -129,6 +132,10 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    /// Marks AText wherever rows in sight show it, in any case, and more strongly in ACurrent, which may be
+    /// null. An empty text marks nothing.
+    void SetMarks(const QString& AText, const TZOViewRow* ACurrent);
+
     // --- Selection and editing ---
 
     /// Null when no row is selected.
@@ -172,6 +179,10 @@ public:
     /// The view's side of what assistive technology sees.
     TZOAccessibleRows* AccessibleRows() const { return FAccessible.get(); }
 
+Q_SIGNALS:
+    /// Revision is another one. Comes once for all that an update has brought.
+    void RowsChanged();
+
 protected:
     bool event(QEvent* AEvent) override;
     void changeEvent(QEvent* AEvent) override;
@@ -203,6 +214,7 @@ private:
     // Layout
     bool HandleExists() const { return testAttribute(Qt::WA_WState_Created); }
     void RequestUpdate();
+    void RowsTouched();
     void RunUpdate();
     void PrepareUpdate();
     void LayoutRows();
@@ -219,6 +231,7 @@ private:
     void DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout);
     void ActiveStateChanged();
     void UpdateEditorsColor();
+    TZOMarks MarksOf(const TZOViewRow* ARow) const;
     QColor EditorTextColor(const TZOInplaceEditor* AEditor) const;
     void SetAndRepaint(QColor& AColor, const QColor& AValue);
 
@@ -267,6 +280,10 @@ private:
     std::unique_ptr<TZOExposureWatch> FExposure;
     std::unique_ptr<TZOAccessibleRows> FAccessible;
     QRect FLaidOutRect;
+    quint64 FRevision = 0;
+    quint64 FToldRevision = 0;
+    QString FMarkText;
+    const TZOViewRow* FMarkRow = nullptr;
     int FUpdateCount = 0;
     bool FNeedUpdate = false;
     bool FRepaintAll = false;

@@ -1,6 +1,7 @@
 // Colours, and drawing one row at a time off-screen.
 #include "jsoneditor/view/ChunkText_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
+#include "jsoneditor/view/Marks_p.h"
 #include "jsoneditor/view/RestView.h"
 #include "jsoneditor/view/ShapedText_p.h"
 
@@ -37,7 +38,7 @@ QString VisiblePart(const QString& AText, int AWidth) {
 
 /// Paints into the chunk's bounds, cut with an ellipsis where it does not fit, in the painter's font.
 void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& AColor, int ARowWidth,
-               int AAscent) {
+               int AAscent, const TZOMarks& AMarks) {
     const QRect& bounds = AChunk.Bounds();
     if (!AColor.isValid() || bounds.isEmpty() || bounds.left() >= ARowWidth)
         return;
@@ -45,6 +46,8 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
     const QPoint baseLine(bounds.left(), bounds.top() + AAscent);
     APainter.setPen(AColor);
     if (AChunk.Shaped() && AChunk.Shaped()->Width() <= bounds.width()) {
+        if (!AMarks.Text.isEmpty())
+            AMarks.Draw(APainter, AChunk, ChunkDisplayText(AChunk.Text()), ARowWidth);
         AChunk.Shaped()->Draw(APainter, baseLine);
         return;
     }
@@ -52,6 +55,7 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
     const QFontMetrics metrics = APainter.fontMetrics();
     if (text.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
         text = metrics.elidedText(text, Qt::ElideRight, bounds.width());
+    AMarks.Draw(APainter, AChunk, text, ARowWidth);
     APainter.drawText(baseLine, text);
 }
 
@@ -158,9 +162,10 @@ void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
     buffer.fillRect(QRect(QPoint(), bounds.size() + QSize(1, 1)), background);
     buffer.setFont(font());
     const int ascent = fontMetrics().ascent();
+    const TZOMarks marks = MarksOf(ALayout->Row());
     for (int i = 0; i < ALayout->GetChunkCount(); ++i) {
         const TZORowChunk* chunk = ALayout->GetChunks(i);
-        DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width(), ascent);
+        DrawChunk(buffer, *chunk, GetChunkTextColor(chunk), bounds.width(), ascent, marks);
     }
     buffer.end();
     APainter.drawPixmap(toDevice.inverted().map(QPointF(origin)), FRowBuffer, QRect(QPoint(), size));

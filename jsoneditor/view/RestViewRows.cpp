@@ -128,6 +128,8 @@ void TZORestView::RowRemoved(TZOViewRow* ARow) {
         FTargetRow = nullptr;
     if (FFlushingRow == ARow)
         FFlushingRow = nullptr;
+    if (FMarkRow == ARow)
+        FMarkRow = nullptr;
     InvalidateLayout(ARow);
     FAccessible->Forget(ARow);
     if (ARow->List() == &FRows) {

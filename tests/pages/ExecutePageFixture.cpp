@@ -17,6 +17,10 @@ public:
         Http.Get("/echo", [&AOwner](const httplib::Request& ARequest, httplib::Response& AResponse) {
             if (AOwner.OnEcho)
                 AOwner.OnEcho();
+            if (!AOwner.Answer.empty()) {
+                AResponse.set_content(AOwner.Answer, "application/json");
+                return;
+            }
             AResponse.set_content(R"({"text": ")" + ARequest.get_param_value("text") +
                                       R"(", "numbers": [1, 2]})",
                                   "application/json");

@@ -9,6 +9,7 @@
 #include <QPushButton>
 
 #include <functional>
+#include <string>
 
 /// Runs while it lives. Paths: /echo?text= (an object), /nothing (204), /file?bytes= (that many bytes),
 /// /store (a POST, the length and first bytes of its body), /fail (a 404 with a message of two lines),
@@ -20,6 +21,8 @@ public:
     QString Url() const;
     /// Called on the server's thread while a request to /echo is being answered.
     std::function<void()> OnEcho;
+    /// What /echo answers instead, unless empty.
+    std::string Answer;
     /// The same, between the two parts of what comes in parts.
     std::function<void()> OnHalf;
 

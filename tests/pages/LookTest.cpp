@@ -239,6 +239,15 @@ TEST_F(Look, OfARequestAndItsResponse) {
     See(QStringLiteral("response-details"));
 }
 
+TEST_F(Look, OfASearchOnThePage) {
+    ShowOperation(QStringLiteral("Echo"));
+    Fill(QStringLiteral("text"), QStringLiteral("a text that was typed"));
+    Execute();
+    KeyInWindow(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("text"));
+    See(QStringLiteral("find"));
+}
+
 TEST_F(Look, OfOtherOutcomes) {
     ShowOperation(QStringLiteral("Fail"));
     Execute();

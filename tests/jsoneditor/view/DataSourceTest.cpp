@@ -1,6 +1,7 @@
 #include "jsoneditor/view/DataSource.h"
 
 #include "jsoneditor/view/DemoDataSource.h"
+#include "jsoneditor/view/RowSearch.h"
 #include "tests/jsoneditor/view/TextView.h"
 
 #include <QRegularExpression>
@@ -273,4 +274,40 @@ TEST(DemoDataSource, ConfiguresItsOwnRowsOnly) {
     TZOViewRowLayout made(&text.View, &foreign);
     EXPECT_THROW(source.ConfigureRow(&foreign, &made), EInvalidCast);
     text.View.SetDataSource(nullptr);
+}
+
+TEST(DataSource, LooksForATextInWhatRowsWouldShow) {
+    QString rows;
+    for (int i = 0; i < 200; ++i)
+        rows += QStringLiteral("  [key%1] : [Value]\n").arg(i);
+    TTextView text(rows, {200, 60});
+    const auto search = text.View.DataSource()->NewSearch(QStringLiteral("KEY19"));
+    QStringList found;
+    for (int i = 0; i < text.View.GetRowCount(); ++i)
+        if (search->Matches(text.Row(i)))
+            found.append(QString::number(i));
+    EXPECT_EQ(found.join(u' '), QStringLiteral("19 190 191 192 193 194 195 196 197 198 199"));
+    EXPECT_FALSE(text.Row(199)->Layout());
+    EXPECT_TRUE(text.View.DataSource()->NewSearch(QStringLiteral("value"))->Matches(text.Row(150)));
+}
+
+TEST(DataSource, TheViewTellsWhenRowsHaveChanged) {
+    TTextView text(QStringLiteral("  [one]\n  [two]\n"));
+    int told = 0;
+    QObject::connect(&text.View, &TZORestView::RowsChanged, [&] { ++told; });
+    const quint64 before = text.View.Revision();
+    text.View.DataSource()->Updating([&] {
+        text.View.DataSource()->Add(TTextSource::MakeRow(QStringLiteral("[three]")));
+        text.View.DataSource()->Add(TTextSource::MakeRow(QStringLiteral("[four]")));
+        EXPECT_EQ(told, 0);
+    });
+    EXPECT_EQ(told, 1);
+    EXPECT_NE(text.View.Revision(), before);
+    text.View.DataSource()->Remove(text.Row(0));
+    EXPECT_EQ(told, 2);
+    text.View.InvalidateLayout(text.Row(0));
+    EXPECT_EQ(told, 3);
+    text.View.ScrollTo(0);
+    text.View.UpdateView();
+    EXPECT_EQ(told, 3);
 }

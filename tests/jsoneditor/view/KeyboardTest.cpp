@@ -280,3 +280,14 @@ TEST(Keyboard, DoesNotFollowARowThatItsOwnEditFreed) {
     text.Press(QStringLiteral("'new' Down"));
     text.Expect(Rows("\n> [new] : [1]\n  [c] : [3]\n"));
 }
+
+TEST(Keyboard, CtrlEnterIsTheHostsWhereItHasAShortcut) {
+    TTextView text(QStringLiteral("  [one]\n> [two]\n"));
+    QShortcut shortcut(QKeySequence(QStringLiteral("Ctrl+Return")), &text.Host);
+    int count = 0;
+    QObject::connect(&shortcut, &QShortcut::activated, [&] { ++count; });
+    text.Source.Keys.clear();
+    QTest::keyClick(text.Host.windowHandle(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(count, 1);
+    EXPECT_TRUE(text.Source.Keys.empty());
+}

@@ -23,6 +23,14 @@ QSet<QRgb> Colors(TZORestView& AView, const QRect& AArea) {
     return colors;
 }
 
+/// The colours of marks, of which ordinary rows have none.
+int Marks(TZORestView& AView, TZOViewRow* ARow) {
+    int count = 0;
+    for (const QRgb color : Colors(AView, ARow->Layout()->Bounds()))
+        count += color == qRgb(0xFF, 0xE9, 0x9A) ? 1 : color == qRgb(0xFF, 0xB8, 0x4D) ? 10 : 0;
+    return count;
+}
+
 class TPaintCounter : public QObject {
 public:
     explicit TPaintCounter(QObject* AWatched) { AWatched->installEventFilter(this); }
@@ -202,4 +210,38 @@ TEST(Painting, ShowsNothingBeforeTheWindowIsCreated) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
     EXPECT_EQ(view.Layouts().GetCount(), 2);
     EXPECT_TRUE(view.Editor()->IsShownAt(view.RowAt(1), 1));
+}
+
+TEST(Painting, MarksATextWhereRowsShowIt) {
+    TTextView text(QStringLiteral("  [one] [two]\n  [TWO]\n  [three]\n"));
+    text.View.SetColor(Qt::white);
+    text.View.SetFontColor(Qt::black);
+    const auto marks = [&](int ARow) { return Marks(text.View, text.Row(ARow)); };
+    EXPECT_EQ(marks(0) + marks(1) + marks(2), 0);
+    text.View.SetMarks(QStringLiteral("two"), text.Row(1));
+    EXPECT_EQ(marks(0), 1);
+    EXPECT_EQ(marks(1), 10);
+    EXPECT_EQ(marks(2), 0);
+    text.View.SetMarks(QStringLiteral("thre"), nullptr);
+    EXPECT_EQ(marks(0) + marks(1), 0);
+    EXPECT_EQ(marks(2), 1);
+    text.View.SetMarks(QString(), nullptr);
+    EXPECT_EQ(marks(2), 0);
+}
+
+TEST(Painting, MarksTheEndOfARowThatHasTheTextBeyondIt) {
+    TTextView text(QStringLiteral("  [") + QString(100, u'x') + QStringLiteral("needle]\n  [plain]\n"),
+                   {200, 100});
+    text.View.SetColor(Qt::white);
+    text.View.SetFontColor(Qt::black);
+    text.View.SetMarks(QStringLiteral("needle"), nullptr);
+    EXPECT_EQ(Marks(text.View, text.Row(0)), 1);
+}
+
+TEST(Painting, ForgetsAMarkedRowThatGoes) {
+    TTextView text(QStringLiteral("  [two]\n  [two]\n"));
+    text.View.SetMarks(QStringLiteral("two"), text.Row(0));
+    text.View.DataSource()->Remove(text.Row(0));
+    text.View.SetMarks(QStringLiteral("two"), nullptr);
+    EXPECT_EQ(text.View.GetRowCount(), 1);
 }
