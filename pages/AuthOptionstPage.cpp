@@ -11,6 +11,7 @@
 #include "platform/Fonts.h"
 
 #include <QCheckBox>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
 namespace {
@@ -133,8 +134,9 @@ void TZOAuthOptionstPage::DoServiceRemoved() { setEnabled(false); }
 void TZOAuthOptionstPage::Modified() {
     if (FUpdating)
         return;
+    // What cannot be stored is in use all the same, and seen.
+    const auto update = qScopeGuard([this] { Shell()->UpdateOptions(FTheming, false); });
     Service()->OptionsModified();
-    Shell()->UpdateOptions(FTheming, false);
 }
 
 void TZOAuthOptionstPage::ApiKeyHeaderClick() {
@@ -179,8 +181,8 @@ void TZOAuthOptionstPage::DefScopesButtonClick() {
     if (FUpdating || !Service())
         return;
     Service()->Component()->SetDefaultScopes();
+    const auto update = qScopeGuard([this] { UpdateView(); });
     Service()->OptionsModified();
-    UpdateView();
 }
 
 void TZOAuthOptionstPage::ResetButtonClick() {

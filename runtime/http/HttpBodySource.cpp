@@ -125,5 +125,8 @@ qint64 TZOHttpBodySource::ReadSegment(const TSegment& ASegment, char* AData, qin
                              QStringLiteral(" could not be read: %1").arg(stream.errorString()));
     if (count == 0 && ASegment.Size >= 0)
         throw EZOUploadError(NameOf(&stream) + QStringLiteral(" ended before all of it was sent."));
+    const bool isLast = ASegment.Size >= 0 && FOffset + count == ASegment.Size;
+    if (isLast && !stream.isSequential() && stream.size() != ASegment.Size)
+        throw EZOUploadError(NameOf(&stream) + QStringLiteral(" changed its size while it was sent."));
     return qMax(count, qint64(0));
 }

@@ -18,7 +18,7 @@ public:
     /// Goes back to the first byte. Raises EZOUploadError when what was read cannot be read again.
     void Rewind();
     /// Fills up to ASize bytes; 0 at the end. Raises EZOUploadError when a stream fails, or has become
-    /// shorter than it said.
+    /// shorter or longer than it said.
     qint64 Read(char* AData, qint64 ASize);
 
 private:

@@ -92,6 +92,33 @@ protected:
     TZOServiceItem* Item = nullptr;
 };
 
+TEST_F(AuthOptionsPage, SaysOncePerChangeThatTheSettingsCannotBeWritten) {
+    ShowOptions();
+    qputenv("ZO_SETTINGS_FILE", "/dev/null/settings.db");
+    auto* edit = Find<QLineEdit>("ClientIdEdit");
+    QTest::keyClicks(edit, QStringLiteral("ab"));
+    EXPECT_EQ(std::exchange(Errors, {}), QStringList(2, QStringLiteral("ERegistryException")));
+    EXPECT_EQ(edit->text(), QStringLiteral("ab"));
+    EXPECT_EQ(Service()->GetClientId(), QStringLiteral("ab"));
+    QCheckBox* box = Boxes().front();
+    const bool wasChecked = box->isChecked();
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+    EXPECT_EQ(std::exchange(Errors, {}).size(), 1);
+    EXPECT_NE(box->isChecked(), wasChecked);
+    QTest::mouseClick(Button("DefScopesButton"), Qt::LeftButton);
+    EXPECT_EQ(std::exchange(Errors, {}).size(), 1);
+    EXPECT_EQ(box->isChecked(), wasChecked);
+    QTest::mouseClick(Button("ResetButton"), Qt::LeftButton);
+    EXPECT_EQ(std::exchange(Errors, {}).size(), 1);
+    TestDialogs.Answers.emplace_back(QStringLiteral("key"));
+    QTest::mouseClick(Find<QWidget>("ApiKeyHeader"), Qt::LeftButton);
+    EXPECT_EQ(std::exchange(Errors, {}).size(), 1);
+    EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QStringLiteral("key"));
+    EXPECT_EQ(Shell->findChild<QLabel*>(QStringLiteral("AuthStatusLabel"))->text(),
+              QStringLiteral("Configured"));
+    qputenv("ZO_SETTINGS_FILE", Folder.filePath(QStringLiteral("settings.db")).toUtf8());
+}
+
 } // namespace
 
 TEST_F(AuthOptionsPage, ShowsWhatTheServiceHas) {

@@ -53,11 +53,19 @@ public:
         Http.Get("/chunks", [inParts](const httplib::Request&, httplib::Response& AResponse) {
             AResponse.set_chunked_content_provider("application/octet-stream",
                                                    [inParts](std::size_t AOffset, httplib::DataSink& ASink) {
-                                                       const bool isDone = inParts(8, AOffset, ASink);
+                                                       const bool isDone = inParts(400'000, AOffset, ASink);
                                                        if (AOffset > 0)
                                                            ASink.done();
                                                        return isDone;
                                                    });
+        });
+        Http.Post("/slowstore", [&AOwner](const httplib::Request&, httplib::Response& AResponse,
+                                          const httplib::ContentReader& AReader) {
+            if (AOwner.OnHalf)
+                AOwner.OnHalf();
+            AReader([](const httplib::MultipartFormData&) { return true; },
+                    [](const char*, std::size_t) { return true; });
+            AResponse.set_content("{}", "application/json");
         });
         Http.Post("/store", [this](const httplib::Request& ARequest, httplib::Response& AResponse) {
             const auto part = ARequest.get_file_value("file");
@@ -118,6 +126,8 @@ ExecutePageTest::ExecutePageTest() {
     service.Operation(QStringLiteral("Chunks"), {}, "GET", QStringLiteral("/chunks"), {},
                       types.Scalar(vkDownload));
     service.Operation(QStringLiteral("Upload"), {}, "POST", QStringLiteral("/store"),
+                      {P::InPart(QStringLiteral("file"), types.Scalar(vkUpload), {})}, echo);
+    service.Operation(QStringLiteral("SlowUpload"), {}, "POST", QStringLiteral("/slowstore"),
                       {P::InPart(QStringLiteral("file"), types.Scalar(vkUpload), {})}, echo);
     Register(std::make_unique<TZORestServiceClass>(QStringLiteral("TTestService"), service.Build()));
 }

@@ -13,7 +13,8 @@
 
 /// Runs while it lives. Paths: /echo?text= (an object), /nothing (204), /file?bytes= (that many bytes),
 /// /store (a POST, the length and first bytes of its body), /fail (a 404 with a message of two lines),
-/// /halves?bytes= (that many bytes, in two parts), /chunks (8 bytes in two parts, of unknown length).
+/// /halves?bytes= (that many bytes, in two parts), /chunks (400,000 bytes in
+/// two parts, of unknown length), /slowstore (a POST whose body is read after OnHalf).
 class TTestServer {
 public:
     TTestServer();
