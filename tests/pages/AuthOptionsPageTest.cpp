@@ -119,6 +119,51 @@ TEST_F(AuthOptionsPage, SaysOncePerChangeThatTheSettingsCannotBeWritten) {
     qputenv("ZO_SETTINGS_FILE", Folder.filePath(QStringLiteral("settings.db")).toUtf8());
 }
 
+TEST_F(AuthOptionsPage, WhatWasTypedIsThereInTheNextRun) {
+    ShowOptions();
+    const QString texts[] = {QStringLiteral("client"), QStringLiteral("s3cret"),
+                             QStringLiteral("http://127.0.0.1/x")};
+    for (int i = 0; i < 3; ++i) {
+        Find<QLineEdit>(Edits[i])->selectAll();
+        QTest::keyClicks(Find<QLineEdit>(Edits[i]), texts[i]);
+    }
+    for (QCheckBox* box : Boxes()) // "read" and "admin&all" off, "write" on
+        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+    const auto stored = [this](const char* AName) {
+        TRegistry registry;
+        EXPECT_TRUE(registry.OpenKeyReadOnly(Item->GetRootKey()));
+        return registry.ReadString(QLatin1String(AName));
+    };
+    EXPECT_EQ(stored("ClientId"), texts[0]);
+    EXPECT_EQ(stored("Secret"), texts[1]);
+    EXPECT_EQ(stored("RedirectUrl"), texts[2]);
+
+    const auto nextRun = [this] {
+        Shell.reset();
+        ShowShell();
+        Item = Shell->GetServices(0);
+        ShowOptions();
+    };
+    nextRun();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Find<QLineEdit>(Edits[i])->text(), texts[i]);
+    EXPECT_EQ(Service()->Scopes(), QStringList{QStringLiteral("write")});
+    EXPECT_FALSE(Boxes()[0]->isChecked());
+    EXPECT_TRUE(Boxes()[1]->isChecked());
+    TestDialogs.Answers.emplace_back(QStringLiteral("key"));
+    QTest::mouseClick(Find<QWidget>("ApiKeyHeader"), Qt::LeftButton);
+    nextRun();
+    EXPECT_EQ(Find<QLabel>("ApiKeyLabel")->text(), QStringLiteral("key"));
+    EXPECT_FALSE(Find<QLineEdit>(Edits[0])->isEnabled());
+    TestDialogs.Answers.emplace_back(QString());
+    QTest::mouseClick(Find<QWidget>("ApiKeyHeader"), Qt::LeftButton);
+    QTest::mouseClick(Button("DefScopesButton"), Qt::LeftButton);
+    nextRun();
+    EXPECT_EQ(stored("ApiKey"), QString());
+    EXPECT_EQ(Find<QLineEdit>(Edits[0])->text(), texts[0]);
+    EXPECT_EQ(Service()->Scopes(), (QStringList{QStringLiteral("read"), QStringLiteral("admin&all")}));
+}
+
 } // namespace
 
 TEST_F(AuthOptionsPage, ShowsWhatTheServiceHas) {
