@@ -1,29 +1,17 @@
 // Every operation of the samples, its request built from nothing and executed by keyboard alone in the real
 // window on a display of its own; what the server got is what was shown.
-#include "tests/hosts/KeyboardUser.h"
-#include "tests/hosts/SentValues.h"
-
-#include "hosts/standalone/MainWindow.h"
-#include "hosts/tour/Screen.h"
-
-#include "pages/Pages.h"
+#include "tests/hosts/KeyboardExplorer.h"
 
 #include "samples/ClockService.h"
 #include "samples/LibraryService.h"
 
-#include "jsoneditor/view/RestView.h"
-
-#include <QApplication>
-#include <QEventLoop>
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <mutex>
 #include <optional>
-#include <thread>
 
 namespace {
 
@@ -48,21 +36,11 @@ QString Service(const TCase& ACase) {
                                                           : QStringLiteral("TLibraryService");
 }
 
-/// The first element of the list below the selected row, then more through the context menu.
-void FillList(U& AUser, const QStringList& ATexts) {
-    for (int i = 0; i < ATexts.size(); ++i) {
-        if (i > 0)
-            AUser.ChooseFromMenu(QStringLiteral("Insert After"));
-        AUser.EnterBelow(ATexts[i]);
-        AUser.See(ATexts[i]);
-    }
-}
-
 void SearchMedia(U& u) {
     u.Set("text", "the river");
     u.Pick("kind", 2, "film");
     u.Open("genres: list");
-    FillList(u, {"crime", "drama"});
+    u.FillList({"crime", "drama"});
     u.Pick("lendable", 1, "True");
     u.Set("minRating", "2.5");
     u.Set("addedSince", "2001-02-03T04:05:06+02:00");
@@ -88,7 +66,7 @@ void FillFilm(U& u) {
     u.Set("director", "A. Night");
     u.Set("minutes", "101");
     u.Open("subtitles: list");
-    FillList(u, {"en", "pt"});
+    u.FillList({"en", "pt"});
 }
 
 void FillRecording(U& u) {
@@ -132,7 +110,7 @@ void RegisterReader(U& u) {
     u.Set("born", "1984-06-30");
     u.Pick("newsletter", 2, "False");
     u.Open("interests: list");
-    FillList(u, {"poetry", "travel"});
+    u.FillList({"poetry", "travel"});
 }
 
 void LendUntil(U& u) {
@@ -159,12 +137,7 @@ void LendOpenEnded(U& u) {
     u.Press("Return");
 }
 
-std::function<void(U&)> Texts(const std::vector<std::pair<QString, QString>>& ATexts) {
-    return [ATexts](U& u) {
-        for (const auto& [key, text] : ATexts)
-            u.Set(key, text);
-    };
-}
+const auto Texts = TKeyboardUser::Texts;
 
 const TCase Cases[] = {
     {"SearchMedia",
@@ -229,7 +202,7 @@ const TCase Cases[] = {
      [](U& u) {
          u.Set("kind", "film");
          u.Open("columns: list");
-         FillList(u, {"title", "year"});
+         u.FillList({"title", "year"});
      },
      {{"kind", "film"}, {"columns/0", "title"}, {"columns/1", "year"}},
      true},
@@ -297,30 +270,10 @@ protected:
     KeyboardRequest() {
         TZORestServiceClass::Register(FLibrary.get());
         TZORestServiceClass::Register(FClock.get());
-        StartPages();
     }
     ~KeyboardRequest() override {
-        StopPages();
         TZORestServiceClass::Unregister(FClock.get());
         TZORestServiceClass::Unregister(FLibrary.get());
-    }
-
-    /// Runs AHands beside the explorer; returns what went wrong.
-    static std::string Run(const std::function<void()>& AHands) {
-        std::string problem;
-        QEventLoop loop;
-        std::thread thread([&] {
-            try {
-                AHands();
-            } catch (const std::exception& e) {
-                problem = ExceptionMessage(e).toStdString();
-            }
-            QMetaObject::invokeMethod(
-                &loop, [&] { loop.quit(); }, Qt::QueuedConnection);
-        });
-        loop.exec();
-        thread.join();
-        return problem;
     }
 
     std::optional<TSampleRequest> Got() {
@@ -344,32 +297,16 @@ private:
 
 TEST_P(KeyboardRequest, ReachesTheServerAsItWasShown) {
     const TCase& operation = GetParam();
-    QTemporaryDir folder;
-    TValueTexts shown;
-    TZOMainWindow window;
-    window.setGeometry(0, 0, 1200, 1700);
-    window.show();
-    const std::string problem = Run([&] {
-        TKeyboardUser user(folder.path());
-        user.OpenOperation(Service(operation), QLatin1String(operation.Operation));
-        operation.Fill(user);
-        user.Driver().WaitFor(QStringLiteral("no request is shown"), [&] {
-            for (const auto* view : window.findChildren<TZORestView*>()) {
-                if (view->isVisible())
-                    shown = ShownValues(*view);
-            }
-            return true;
-        });
-        user.Execute();
-        if (operation.IsDownload)
-            user.NameFile(user.FilePath(QStringLiteral("download")));
-        user.Driver().WaitFor(QStringLiteral("nothing reaches the server"), [&] { return bool(Got()); });
-        user.See(QStringLiteral("Responce"));
-    });
+    TKeyboardExplorer explorer;
+    const std::string problem = explorer.Run(
+        {Service(operation), operation.Operation, operation.Fill, operation.IsDownload, [&](U& u) {
+             u.Driver().WaitFor(QStringLiteral("nothing reaches the server"), [&] { return bool(Got()); });
+         }});
     ASSERT_EQ(problem, "");
+    const TValueTexts& shown = explorer.Shown();
     TValueTexts expected = operation.Values;
     if (operation.Places.Properties.count("cover"))
-        expected["cover"] = folder.filePath(QStringLiteral("cover.svg")).toStdString();
+        expected["cover"] = explorer.FilePath(QStringLiteral("cover.svg")).toStdString();
     EXPECT_EQ(shown, expected);
     EXPECT_EQ(SentValues(*Got(), operation.Places, shown), shown);
     EXPECT_EQ(Got()->Status >= 400, operation.Fails) << Got()->Status;

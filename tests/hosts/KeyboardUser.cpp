@@ -58,6 +58,22 @@ void TKeyboardUser::EnterBelow(const QString& AText) {
     Enter(AText);
 }
 
+void TKeyboardUser::FillList(const QStringList& ATexts) {
+    for (int i = 0; i < ATexts.size(); ++i) {
+        if (i > 0)
+            ChooseFromMenu(QStringLiteral("Insert After"));
+        EnterBelow(ATexts[i]);
+        See(ATexts[i]);
+    }
+}
+
+std::function<void(TKeyboardUser&)> TKeyboardUser::Texts(const QList<QPair<QString, QString>>& ATexts) {
+    return [ATexts](TKeyboardUser& u) {
+        for (const auto& [key, text] : ATexts)
+            u.Set(key, text);
+    };
+}
+
 void TKeyboardUser::ChooseFromMenu(const QString& ACommand) {
     FDriver.Press({QStringLiteral("shift+F10")});
     FDriver.WaitFor(QStringLiteral("no menu opens"), [] { return QApplication::activePopupWidget(); });

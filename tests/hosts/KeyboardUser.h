@@ -3,6 +3,9 @@
 
 #include "hosts/tour/TourDriver.h"
 
+#include <QList>
+#include <QPair>
+
 /// Works on a thread of its own; every step raises EZOTourError when the screen does not follow.
 class TKeyboardUser {
 public:
@@ -20,6 +23,8 @@ public:
     void Pick(const QString& AKey, int ANumber, const QString& AShown);
     /// Down to the container's row, then opens it.
     void Open(const QString& ARow);
+    /// The first element of the list below the selected row, then more through the context menu.
+    void FillList(const QStringList& ATexts);
     /// Types into the selected row, or the one below.
     void Enter(const QString& AText);
     void EnterBelow(const QString& AText);
@@ -30,6 +35,9 @@ public:
     void Press(const QString& AKey) { FDriver.Press({AKey}); }
     void See(const QString& AText) { FDriver.See(AText); }
     QString FilePath(const QString& AName) const { return FDriver.FilePath(AName); }
+
+    /// Sets values that are typed, one key after another.
+    static std::function<void(TKeyboardUser&)> Texts(const QList<QPair<QString, QString>>& ATexts);
 
     TZOTourDriver& Driver() { return FDriver; }
 

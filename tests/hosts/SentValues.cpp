@@ -112,7 +112,7 @@ TValueTexts ShownValues(const TZORestView& AView) {
         }
         if (text == "[" || text == "{")
             open.push_back({path, 0});
-        else if (text.front() == '{' || text.front() == '[')
+        else if (!text.empty() && (text.front() == '{' || text.front() == '['))
             values[path] = TJson::parse(text).dump();
         else
             values[path] = Plain(text);
@@ -140,4 +140,12 @@ TValueTexts SentValues(const TSampleRequest& ARequest, const TPlaces& APlaces, c
         }
     }
     return values;
+}
+
+void AddJsonValues(const std::string& AJson, const std::string& APath, const TValueTexts& AShown,
+                   TValueTexts& AValues) {
+    if (TJson::accept(AJson))
+        Flatten(TJson::parse(AJson), APath, AShown, AValues);
+    else
+        AValues[APath] = AJson;
 }

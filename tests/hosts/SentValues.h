@@ -28,3 +28,6 @@ struct TPlaces {
 TValueTexts ShownValues(const TZORestView& AView);
 /// What arrived. AShown tells only which values are free JSON, which is shown as one text.
 TValueTexts SentValues(const TSampleRequest& ARequest, const TPlaces& APlaces, const TValueTexts& AShown);
+/// The values within a JSON text, as those of APath; AShown as above. A text that is no JSON is itself.
+void AddJsonValues(const std::string& AJson, const std::string& APath, const TValueTexts& AShown,
+                   TValueTexts& AValues);
