@@ -96,6 +96,8 @@ void AddAnswers(TZOServiceBuilder& AService, THttpbinTypes& T) {
     AService.Operation("Redirect", "Redirects some times before it answers.", "GET", "/redirect/{times}",
                        {P::InPath("times", T.Integer, "1 to 10 are followed.")},
                        T.Echo("RedirectEcho").Type());
+    AService.Operation("Delay", "Takes some seconds to answer.", "GET", "/delay/{seconds}",
+                       {P::InPath("seconds", T.Integer, "Up to 10.")}, T.Echo("DelayEcho").Type());
     AService.Operation("Gzip", "Answers with a compressed body.", "GET", "/gzip", {},
                        T.Object("GzipEcho", "What reached the server.")
                            .Property("gzipped", T.Boolean)

@@ -72,6 +72,16 @@ void FirstRequest(TZOTourDriver& D) {
     D.See(QStringLiteral("Responce"));
     D.See(QStringLiteral("title: "));
     D.Picture(QStringLiteral("response"));
+    D.Step(QStringLiteral("What went over the wire, and a text in the answer"));
+    D.Click(QStringLiteral("details"));
+    D.See(QStringLiteral("hide details"));
+    D.Picture(QStringLiteral("details"));
+    D.Click(QStringLiteral("hide details"));
+    D.Press({QStringLiteral("ctrl+f")});
+    D.Type(QStringLiteral("harb"));
+    D.See(QStringLiteral(" of "));
+    D.Picture(QStringLiteral("find"));
+    D.Press({QStringLiteral("Escape")});
     BackToOperations(D);
 }
 
@@ -188,6 +198,18 @@ void Echo(TZOTourDriver& D) {
     D.See(QStringLiteral("args: {"));
     D.See(QStringLiteral("User-Agent: "));
     D.Picture(QStringLiteral("httpbin-response"));
+    D.Step(QStringLiteral("A request that lasts is cancelled"));
+    D.Click(QStringLiteral("THttpbinService"));
+    D.See(QStringLiteral("Operations"));
+    OpenRequest(D, QStringLiteral("Delay"));
+    Fill(D, QStringLiteral("seconds: "), QStringLiteral("10"));
+    D.Press({QStringLiteral("ctrl+Return")});
+    D.See(QStringLiteral("Cancel"));
+    D.See(QStringLiteral(" received"));
+    D.Picture(QStringLiteral("lasting"));
+    D.Press({QStringLiteral("Escape")});
+    D.See(QStringLiteral("EZOCancelledError"));
+    D.Picture(QStringLiteral("cancelled"));
     D.Click(QStringLiteral("Services"));
     Open(D, QStringLiteral("TLibraryService"));
     D.See(QStringLiteral("Operations"));
