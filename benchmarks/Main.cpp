@@ -20,6 +20,7 @@ int main(int AArgc, char** AArgv) {
     AddFindBenchmarks();
     AddHttpBenchmarks();
     AddJsonBenchmarks();
+    AddOpenApiBenchmarks();
     AddValuesBenchmarks();
     AddViewBenchmarks();
     return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");

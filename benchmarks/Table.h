@@ -40,5 +40,6 @@ std::int64_t HeapInUse();
 void AddFindBenchmarks();
 void AddHttpBenchmarks();
 void AddJsonBenchmarks();
+void AddOpenApiBenchmarks();
 void AddValuesBenchmarks();
 void AddViewBenchmarks();
