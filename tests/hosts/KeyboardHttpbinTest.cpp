@@ -129,6 +129,7 @@ const TCase Cases[] = {
      {"204 NO CONTENT", "Ok", "No response data"}},
     {"Status", Texts({{"code", "404"}}), {{"code", "404"}}, {}, {}, {"404 NOT FOUND"}, false, "Missing"},
     {"Redirect", Texts({{"times", "3"}}), {{"times", "3"}}, {}, {{"url", "/get"}}},
+    {"Delay", Texts({{"seconds", "1"}}), {{"seconds", "1"}}, {}, {{"url", "/delay/1"}}},
     {"Gzip", FillNothing, {}, {}, {{"gzipped", "true"}, {"method", "GET"}}},
     {"DownloadBytes",
      Texts({{"count", "1234"}}),
