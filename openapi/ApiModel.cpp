@@ -58,6 +58,9 @@ QString TApiModel::ClassName(const QString& ABaseUrl) const {
     QString name;
     bool isStart = true;
     for (const QChar c : Title) {
+        // "Jane's API" has two words.
+        if (c == u'\'' || c == u'\u2019')
+            continue;
         if (c.isLetterOrNumber())
             name += isStart ? c.toUpper() : c;
         isStart = !c.isLetterOrNumber();

@@ -18,6 +18,7 @@ TEST_F(TDocumentTest, IsNamedAfterItsTitleAndItsServersOrigin) {
          "servers: [{url: 'https://API.example.com/v1'}, {url: 'https://other.example.com'}]",
          QStringLiteral("PetStoreV2_137b9e5e"), QStringLiteral("https://API.example.com/v1")},
         {"Pet store (v2)", "", QStringLiteral("PetStoreV2_8605b8ba"), QStringLiteral("http://localhost")},
+        {"Jane's API", "", QStringLiteral("JanesAPI_8605b8ba"), QStringLiteral("http://localhost")},
         {"2 fast", "servers: [{url: /v3}]", QStringLiteral("Api2Fast_8605b8ba"),
          QStringLiteral("http://localhost/v3")},
         {"!",
