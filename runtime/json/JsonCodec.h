@@ -16,7 +16,8 @@ public:
     static void Decode(QByteArray AJson, TZOValueHolder& ADest);
 
     /// A present value as compact JSON. Properties without value are left out; elements and items without
-    /// are null. An upload is its content in base64, a download null. Raises EZORequestValueError for a
+    /// are null. An upload is its content in base64, a download null; a property that is an upload without a
+    /// stream is left out, too. Raises EZORequestValueError for a
     /// float that JSON cannot hold, EZOUploadError for a stream that cannot be read.
     static QByteArray Encode(const TZOTypeInfo* AType, const void* AValue);
     /// The same; null for an absent value.

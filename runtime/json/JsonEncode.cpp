@@ -196,6 +196,9 @@ private:
         for (int i = 0; i < type->PropertyCount(); ++i) {
             if (i == discriminator || !ZOObject::TData::GetProp(AObject, i, ref))
                 continue;
+            if (type->Property(i)->Type->Kind() == vkUpload &&
+                !static_cast<const ZOUpload*>(ref)->GetStream())
+                continue;
             Separate(isFirst);
             Json.AppendQuoted(type->Property(i)->Name);
             Json.Append(':');

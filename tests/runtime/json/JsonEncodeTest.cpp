@@ -43,6 +43,17 @@ TEST(JsonEncode, WritesAnUploadAsItsContentInBase64EveryTime) {
     EXPECT_EQ(Encoded(vkUpload, upload), "\"YW55IGNhcm5hbCBwbGVhcw==\"");
 }
 
+TEST(JsonEncode, LeavesAPropertyOutThatIsAnUploadWithoutAStream) {
+    TZOTypeLibrary types;
+    const auto* type = types.NewObject(QStringLiteral("O"))
+                           .Property(QStringLiteral("file"), TZOTypeLibrary::Scalar(vkUpload))
+                           .Property(QStringLiteral("name"), TZOTypeLibrary::Scalar(vkString))
+                           .Type();
+    TZOValueHolder holder(type, true);
+    TZOJson::Decode(R"({"file": "abc", "name": "n"})", holder);
+    EXPECT_EQ(TZOJson::Encode(holder), R"({"name":"n"})");
+}
+
 TEST(JsonEncode, WritesADownloadAndAnAbsentValueAsNull) {
     EXPECT_EQ(Encoded(vkDownload, ZODownload()), "null");
     EXPECT_EQ(TZOJson::Encode(TZOValueHolder(TZOTypeLibrary::Scalar(vkString), true)), "null");
