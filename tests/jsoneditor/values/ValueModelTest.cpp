@@ -271,6 +271,9 @@ private:
                 menu->setActiveAction(action);
         }
         QTest::keyClick(menu, Qt::Key_Return);
+        // Without a window manager the menu may take the window's activation along.
+        FView.View.window()->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(FView.View.window()));
         FView.View.setFocus();
     }
 
