@@ -31,7 +31,7 @@ TZOChoiceList::TZOChoiceList(TZORestView* AView, const QStringList& AChoices)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFont(AView->font());
     addItems(AChoices);
-    MoveToTyped();
+    MoveToTyped(AView->Editor()->text());
     if (currentRow() < 0)
         setCurrentRow(0);
     Place();
@@ -40,7 +40,7 @@ TZOChoiceList::TZOChoiceList(TZORestView* AView, const QStringList& AChoices)
     // A scroll box may carry the view along, which hears nothing of it.
     for (QWidget* widget = FEditor; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
         widget->installEventFilter(this);
-    connect(FEditor, &QLineEdit::textEdited, this, &TZOChoiceList::MoveToTyped);
+    connect(AView->Editor(), &QLineEdit::textEdited, this, &TZOChoiceList::MoveToTyped);
     connect(this, &QListWidget::itemClicked, this, &TZOChoiceList::Choose);
 }
 
@@ -69,11 +69,10 @@ QRect TZOChoiceList::Room() const {
     return inSight.isEmpty() ? window->rect() : inSight;
 }
 
-void TZOChoiceList::MoveToTyped() {
-    const QString typed = FEditor->text();
-    auto matches = findItems(typed, Qt::MatchExactly);
+void TZOChoiceList::MoveToTyped(const QString& ATyped) {
+    auto matches = findItems(ATyped, Qt::MatchExactly);
     if (matches.isEmpty())
-        matches = findItems(typed, Qt::MatchStartsWith);
+        matches = findItems(ATyped, Qt::MatchStartsWith);
     setCurrentItem(matches.isEmpty() ? nullptr : matches.first());
     if (matches.isEmpty())
         clearSelection();

@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QStringList>
 
-class TZOInplaceEditor;
 class TZORestView;
 
 /// A list over the window of a view, that never takes the focus: the editor keeps it, and the data source
@@ -35,8 +34,9 @@ private:
     QRect Room() const;
     /// Goes along with the editor; closes when it has left the window.
     void Follow();
-    void MoveToTyped();
+    void MoveToTyped(const QString& ATyped);
     void Choose();
 
-    QPointer<TZOInplaceEditor> FEditor;
+    /// As a widget: events of its end come when it is no more than that.
+    QPointer<QWidget> FEditor;
 };

@@ -94,8 +94,9 @@ void TZOObjectDataSource::CloseChoices() {
     FChoices = nullptr;
     if (!choices)
         return;
+    // It may be in the middle of telling that it wants to go, and outlive this source.
+    choices->disconnect();
     choices->hide();
-    // It may be in the middle of telling that it wants to go.
     choices->deleteLater();
 }
 
