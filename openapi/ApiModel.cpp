@@ -34,7 +34,7 @@ bool TApiModel::ReadHead(TDeclaration& ADeclaration) {
         Source.Report(Source.Root(), QStringLiteral("The document has no \"info\"."));
     Title = info["title"].Text().simplified();
     Version = info["version"].Text().simplified();
-    ADeclaration.BaseUrl = BaseUrl();
+    FBaseUrl = ADeclaration.BaseUrl = BaseUrl();
     ADeclaration.Name = ClassName(ADeclaration.BaseUrl);
     const QString description = info["description"].Text();
     ADeclaration.Description = description.isEmpty() ? info["summary"].Text() : description;
@@ -75,13 +75,22 @@ QString TApiModel::ClassName(const QString& ABaseUrl) const {
 }
 
 QString TApiModel::BaseUrl() {
-    const QString url = IsSwagger2() ? SwaggerUrl() : ServerUrl(Source.Root()["servers"]);
-    if (url.isEmpty())
-        return QStringLiteral("http://localhost");
-    // An address without a host is meant beside the document, which no server has given us.
-    return url.contains(QStringLiteral("://"))
-               ? url
-               : QStringLiteral("http://localhost") + (url.startsWith(u'/') ? url : u'/' + url);
+    const TDocView root = Source.Root();
+    if (!IsSwagger2())
+        return root["servers"].Count() > 0 ? ServerUrl(root["servers"]) : FBaseUrl;
+    const QString url = SwaggerUrl();
+    return url.contains(QStringLiteral("://")) ? url : BesideBase(root["basePath"], url);
+}
+
+QString TApiModel::BesideBase(TDocView APlace, const QString& AUrl) {
+    if (AUrl.isEmpty() || AUrl == QStringLiteral("/"))
+        return FBaseUrl;
+    const QString url = QUrl(FBaseUrl).resolved(QUrl(AUrl)).toString();
+    Source.Report(
+        APlace,
+        QStringLiteral("The address \"%1\" is relative; requests go to %2 unless another server is named.")
+            .arg(AUrl, url));
+    return url;
 }
 
 QString TApiModel::ServerUrl(TDocView AServers) {
@@ -94,8 +103,8 @@ QString TApiModel::ServerUrl(TDocView AServers) {
     if (url.contains(u'{'))
         Source.Report(server, QStringLiteral("The address has a variable without a default."));
     if (url.startsWith(QStringLiteral("//")))
-        url.prepend(QStringLiteral("https:"));
-    return url == QStringLiteral("/") ? QString() : url;
+        return QStringLiteral("https:") + url;
+    return url.contains(QStringLiteral("://")) ? url : BesideBase(server["url"], url);
 }
 
 QString TApiModel::SwaggerUrl() const {

@@ -41,6 +41,7 @@ private:
     void ReadFormat();
     QString ClassName(const QString& ABaseUrl) const;
     QString BaseUrl();
+    QString BesideBase(TDocView APlace, const QString& AUrl);
     QString ServerUrl(TDocView AServers);
     QString SwaggerUrl() const;
 
@@ -60,6 +61,9 @@ private:
     std::vector<TZOSecurityAlternative> Alternatives(TDocView ARequirements,
                                                      const TDeclaration& ADeclaration);
 
+    // What a relative address is beside: the document's own server, and before that is known this one, as
+    // a file was given to us by none.
+    QString FBaseUrl = QStringLiteral("http://localhost");
     std::set<QString> FNames;          // of operations
     std::set<QString> FUnknownSchemes; // that the document describes, but nobody can use here
 };

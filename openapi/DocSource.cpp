@@ -109,6 +109,7 @@ bool TDocSource::ReadInto(TDocTree& ATree, const TDocProgress& AProgress, QStrin
             ATree.Text = std::move(yaml.Text);
             ATree.Nodes = std::move(yaml.Nodes);
             ATree.Errors = std::move(yaml.Errors);
+            ATree.MayHaveIds = yaml.MayHaveIds;
         }
     }
     for (const TDocError& error : ATree.Errors)
@@ -133,25 +134,69 @@ TDocView TDocSource::ResolveText(TDocView AView, const QString& AReference) {
     const auto file = FFiles.find(AView.Tree()->FileName);
     if (file == FFiles.end() || !file->second)
         return {};
+    const std::pair key(IdsOf(*file->second).ResourceAt(AView.Node()), AReference);
     auto& known = file->second->References;
-    const std::string key = AReference.toStdString();
     const auto found = known.find(key);
     if (found != known.end() && found->second)
         return found->second;
-    const TDocView target = Follow(AView, AReference);
+    const TDocView target = Follow(*file->second, AView, AReference);
     known[key] = target;
     return target;
 }
 
-TDocView TDocSource::Follow(TDocView AView, const QString& AReference) {
-    const qsizetype hash = AReference.indexOf(u'#');
-    const QString file = hash < 0 ? AReference : AReference.left(hash);
-    const QString pointer = hash < 0 ? QString() : AReference.mid(hash + 1);
-    const TDocTree* tree = file.isEmpty() ? AView.Tree() : TreeFor(AView, file);
-    return tree ? Walk(*tree, AView, AReference, QUrl::fromPercentEncoding(pointer.toUtf8())) : TDocView();
+const TDocIds& TDocSource::IdsOf(TFile& AFile) {
+    if (!AFile.Ids)
+        AFile.Ids = std::make_unique<TDocIds>(
+            AFile.Tree, [this](TDocView AView, const QString& AMessage) { Report(AView, AMessage); });
+    return *AFile.Ids;
 }
 
-const TDocTree* TDocSource::TreeFor(TDocView AView, const QString& AFile) {
+TDocView TDocSource::Follow(TFile& AFile, TDocView AView, const QString& AReference) {
+    const qsizetype hash = AReference.indexOf(u'#');
+    const QString name = hash < 0 ? AReference : AReference.left(hash);
+    TFile* file = &AFile;
+    int resource = IdsOf(AFile).ResourceAt(AView.Node());
+    const bool isKnown =
+        name.isEmpty() || FindResource(IdsOf(AFile).AddressOf(resource).resolved(QUrl(name)), file, resource);
+    if (!isKnown) {
+        file = FileFor(AView, name);
+        resource = 0;
+    }
+    if (!file)
+        return {};
+    const QString fragment = hash < 0 ? QString() : AReference.mid(hash + 1);
+    const auto target = Point(*file, resource, AView, QUrl::fromPercentEncoding(fragment.toUtf8()));
+    if (target && !*target)
+        Report(AView, QStringLiteral("\"%1\" refers to nothing.").arg(AReference));
+    return target.value_or(TDocView());
+}
+
+bool TDocSource::FindResource(const QUrl& AAddress, TFile*& AFile, int& AResource) {
+    for (const auto& [path, file] : FFiles) {
+        const int found = file ? IdsOf(*file).Find(AAddress) : -1;
+        if (found >= 0) {
+            AFile = file.get();
+            AResource = found;
+            return true;
+        }
+    }
+    return false;
+}
+
+std::optional<TDocView> TDocSource::Point(TFile& AFile, int AResource, TDocView AView,
+                                          const QString& AFragment) {
+    const TDocView root = IdsOf(AFile).RootOf(AResource);
+    if (AFragment.isEmpty())
+        return root;
+    if (!AFragment.startsWith(u'/'))
+        return IdsOf(AFile).Anchored(AResource, AFragment);
+    const auto target = Walk(root, AView, AFragment);
+    // Many documents give addresses to their schemas and go on counting from the file's start.
+    const bool isFound = !target || *target;
+    return isFound || AResource == 0 ? target : Walk(AFile.Tree.Root(), AView, AFragment);
+}
+
+TDocSource::TFile* TDocSource::FileFor(TDocView AView, const QString& AFile) {
     const QUrl url(AFile);
     if (!url.scheme().isEmpty() || AFile.startsWith(QStringLiteral("//"))) {
         Report(AView,
@@ -172,21 +217,18 @@ const TDocTree* TDocSource::TreeFor(TDocView AView, const QString& AFile) {
         return nullptr;
     }
     QString reason;
-    const TFile* target = FileOf(path, {}, reason);
+    TFile* target = FileOf(path, {}, reason);
     if (!target)
         Report(AView, QStringLiteral("\"%1\": %2").arg(AFile, reason));
-    return target ? &target->Tree : nullptr;
+    return target;
 }
 
-TDocView TDocSource::Walk(const TDocTree& ATree, TDocView AView, const QString& AReference,
-                          const QString& APointer) {
-    TDocView at = ATree.Root();
-    const bool isPointer = APointer.isEmpty() || APointer.startsWith(u'/');
-    const QStringList parts = APointer.isEmpty() ? QStringList() : APointer.mid(1).split(u'/');
-    for (QString part : parts) {
+std::optional<TDocView> TDocSource::Walk(TDocView AFrom, TDocView AView, const QString& APointer) {
+    TDocView at = AFrom;
+    for (QString part : APointer.mid(1).split(u'/')) {
         if (FWalks > MaxHops) {
             Report(AView, QStringLiteral("This $ref leads back to itself."));
-            return {};
+            return std::nullopt;
         }
         const QScopedValueRollback walks(FWalks, FWalks + 1);
         if (at["$ref"].IsString() && !at[part.toStdString()])
@@ -194,10 +236,6 @@ TDocView TDocSource::Walk(const TDocTree& ATree, TDocView AView, const QString& 
         part.replace(QStringLiteral("~1"), QStringLiteral("/"))
             .replace(QStringLiteral("~0"), QStringLiteral("~"));
         at = at.IsArray() ? at.At(part.toInt()) : at[part.toStdString()];
-    }
-    if (!isPointer || !at) {
-        Report(AView, QStringLiteral("\"%1\" refers to nothing.").arg(AReference));
-        return {};
     }
     return at;
 }

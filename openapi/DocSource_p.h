@@ -2,11 +2,13 @@
 #pragma once
 
 #include "openapi/ApiProblem.h"
+#include "openapi/DocIds_p.h"
 #include "openapi/DocTree_p.h"
 
 #include <QDir>
 
 #include <map>
+#include <optional>
 #include <set>
 
 /// Reads a document and what it refers to, in the folder of the document only. Nothing is fetched from
@@ -34,14 +36,19 @@ public:
 private:
     struct TFile {
         TDocTree Tree;
-        std::unordered_map<std::string, TDocView> References;
+        std::unique_ptr<TDocIds> Ids;                           // made when first asked for
+        std::map<std::pair<int, QString>, TDocView> References; // by the resource that they stand in
     };
 
     TFile* FileOf(const QString& APath, const TDocProgress& AProgress, QString& AReason);
     bool ReadInto(TDocTree& ATree, const TDocProgress& AProgress, QString& AReason);
-    TDocView Follow(TDocView AView, const QString& AReference);
-    const TDocTree* TreeFor(TDocView AView, const QString& AFile);
-    TDocView Walk(const TDocTree& ATree, TDocView AView, const QString& AReference, const QString& APointer);
+    const TDocIds& IdsOf(TFile& AFile);
+    TDocView Follow(TFile& AFile, TDocView AView, const QString& AReference);
+    bool FindResource(const QUrl& AAddress, TFile*& AFile, int& AResource);
+    TFile* FileFor(TDocView AView, const QString& AName);
+    // Nothing where the fault was told already.
+    std::optional<TDocView> Point(TFile& AFile, int AResource, TDocView AView, const QString& AFragment);
+    std::optional<TDocView> Walk(TDocView AFrom, TDocView AView, const QString& APointer);
     void AddProblem(const TDocTree* ATree, int ALine, const QString& APointer, const QString& AMessage);
 
     QString FFolder;

@@ -136,7 +136,10 @@ public:
     QByteArray Text;
     std::vector<TDocNode> Nodes;
     std::vector<TDocError> Errors;
+    /// Whether a key begins with a dollar and is not "$ref": only then schemas may name themselves.
+    bool MayHaveIds = false;
 
+    void NoteKey(std::string_view AKey) { MayHaveIds |= AKey.size() != 4 && AKey.starts_with('$'); }
     TDocView Root() const { return Nodes.empty() ? TDocView() : TDocView(this, 0); }
     std::string_view Raw(const TDocNode& ANode) const { return {Text.constData() + ANode.Begin, ANode.Size}; }
     /// The value node of key AKey in object ANode; 0 when there is none.

@@ -198,6 +198,7 @@ private:
         if (!String())
             return false;
         FNodes.back().IsKey = 1;
+        FTree.NoteKey(FTree.Raw(FNodes.back()));
         FPos = EndOfSpace(FPos);
         if (*FPos != ':')
             return FailHere("\":\"");

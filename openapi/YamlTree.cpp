@@ -148,6 +148,7 @@ private:
             return true;
         }
         FHasKey = true;
+        FTree.NoteKey(text);
         if (isPlain && text == "<<") {
             FNodes[node].IsHidden = 1;
             FOpen.back().HasMerge = true;

@@ -6,7 +6,11 @@
 
 namespace {
 
-using TBadInputTest = TOpenApiTest;
+class TBadInputTest : public TOpenApiTest {
+protected:
+    /// Loads AGood as often as it has values, times the kinds of wrong ones; returns how often that was.
+    int LoadWithWrongValues(const QByteArray& AGood) const;
+};
 
 const QByteArray JsonHead = R"({"openapi": "3.0.0", "info": {"title": "T", "version": "1"}, "paths": )";
 
@@ -15,6 +19,33 @@ QByteArray Nested(int ADepth, const QByteArray& AOpen, const QByteArray& AClose)
 }
 
 } // namespace
+
+int TBadInputTest::LoadWithWrongValues(const QByteArray& AGood) const {
+    int count = 0;
+    for (qsizetype colon = AGood.indexOf(": "); colon >= 0; colon = AGood.indexOf(": ", colon + 1)) {
+        const qsizetype begin = colon + 2;
+        qsizetype end = begin;
+        int depth = 0;
+        bool isQuoted = false;
+        for (; end < AGood.size(); ++end) {
+            const char c = AGood[end];
+            isQuoted ^= c == '"';
+            depth += !isQuoted && (c == '{' || c == '[') ? 1 : 0;
+            if (!isQuoted && depth == 0 && (c == ',' || c == '}' || c == ']'))
+                break;
+            depth -= !isQuoted && (c == '}' || c == ']') ? 1 : 0;
+        }
+        for (const char* other : {"null", "true", "7", "\"text\"", "[]", "[[1]]", "{}", "{\"$ref\": 5}",
+                                  "{\"$ref\": \"#/paths\"}"}) {
+            const auto document =
+                Load(AGood.left(begin) + other + AGood.mid(end), QStringLiteral("wrong.json"));
+            document->CompleteAll();
+            document->Counts();
+            ++count;
+        }
+    }
+    return count;
+}
 
 TEST_F(TBadInputTest, ThatIsNoDocumentGivesNoService) {
     const std::tuple<QString, QByteArray, const char*> cases[] = {
@@ -64,40 +95,33 @@ TEST_F(TBadInputTest, ThatIsCutOffKeepsWhatStandsBeforeTheCut) {
 }
 
 TEST_F(TBadInputTest, WithWrongTypesInEveryPlaceIsSurvivedPlaceByPlace) {
-    const QByteArray good =
-        R"({"openapi": "3.0.0", "info": {"title": "T", "version": "1"}, "servers": [{"url": "/v", "variables": {"a": {"default": "b"}}}],
+    const QByteArray documents[] = {
+        R"({"openapi": "3.0.0", "info": {"title": "T", "version": "1"}, "servers": [{"url": "http://{a}/v", "variables": {"a": {"default": "b"}}}],
       "security": [{"k": []}], "paths": {"/a": {"parameters": [{"name": "p", "in": "query", "style": "form", "explode": true, "schema": {"type": "string"}}],
       "get": {"operationId": "a", "summary": "s", "tags": ["t"], "requestBody": {"content": {"multipart/form-data": {"schema": {"$ref": "#/components/schemas/S"}, "encoding": {"a": {"contentType": "x"}}}}},
       "responses": {"200": {"description": "d", "content": {"application/json": {"schema": {"$ref": "#/components/schemas/U"}}}}}}},
       "/ok": {"get": {"operationId": "ok", "responses": {}}}},
       "components": {"securitySchemes": {"k": {"type": "apiKey", "in": "header", "name": "n"}}, "schemas": {"S": {"type": "object", "required": ["a"],
       "properties": {"a": {"type": "array", "items": {"type": "string", "enum": ["e"]}}}, "additionalProperties": {"type": "string"}},
-      "U": {"oneOf": [{"$ref": "#/components/schemas/S"}, {"allOf": [{"$ref": "#/components/schemas/S"}]}], "discriminator": {"propertyName": "a", "mapping": {"s": "S"}}}}}})";
-    // Every value in turn is replaced by one of each type.
+      "U": {"oneOf": [{"$ref": "#/components/schemas/S"}, {"allOf": [{"$ref": "#/components/schemas/S"}, {"properties": {"a": {"enum": ["t"]}}}]}], "discriminator": {"propertyName": "a", "mapping": {"s": "S"}}}}}})",
+        R"({"swagger": "2.0", "info": {"title": "T", "version": "1"}, "host": "h", "basePath": "/v", "schemes": ["https"], "consumes": ["application/json"], "produces": ["application/json"],
+      "securityDefinitions": {"o": {"type": "oauth2", "flow": "implicit", "authorizationUrl": "http://h/a", "scopes": {"s": "d"}}}, "security": [{"o": ["s"]}],
+      "parameters": {"P": {"name": "p", "in": "query", "type": "array", "items": {"type": "string"}, "collectionFormat": "multi"}}, "responses": {"R": {"description": "d", "schema": {"$ref": "#/definitions/D"}}},
+      "paths": {"/a": {"post": {"operationId": "a", "consumes": ["multipart/form-data"], "parameters": [{"$ref": "#/parameters/P"}, {"name": "f", "in": "formData", "type": "file"}], "responses": {"200": {"$ref": "#/responses/R"}}},
+      "put": {"parameters": [{"name": "b", "in": "body", "schema": {"$ref": "#/definitions/D"}}], "responses": {"default": {"description": "d", "schema": {"type": "file"}}}}}},
+      "definitions": {"D": {"type": "object", "discriminator": "k", "required": ["k"], "properties": {"k": {"type": "string"}}}, "E": {"allOf": [{"$ref": "#/definitions/D"}, {"properties": {"n": {"type": "integer", "format": "int32", "x-nullable": true}}}]}}})",
+        R"({"openapi": "3.1.0", "info": {"title": "T", "version": "1"}, "servers": [{"url": "https://h/v"}], "webhooks": {"w": {"post": {"operationId": "w"}}}, "paths": {"/a": {"$ref": "#/components/pathItems/I"}},
+      "components": {"pathItems": {"I": {"post": {"operationId": "a", "callbacks": {"c": {"x": {"post": {"operationId": "c"}}}}, "requestBody": {"$ref": "#/components/requestBodies/B"}, "responses": {"2XX": {"description": "d", "content": {"application/json": {"schema": {"$ref": "https://h/s#n"}}}}}}}},
+      "requestBodies": {"B": {"required": true, "content": {"application/json": {"schema": {"$ref": "#/components/schemas/S"}, "example": {"$id": "e"}}}}},
+      "schemas": {"S": {"$id": "https://h/s", "$defs": {"N": {"$anchor": "n", "type": ["string", "null"], "const": "c", "examples": ["x"]}}, "type": "object", "properties": {"n": {"$ref": "#n"}, "p": {"prefixItems": [{"type": "string"}], "items": false, "contentMediaType": "image/png"}}, "patternProperties": {"^x": {"type": "integer"}}, "additionalProperties": false}}}})"};
     int count = 0;
-    for (qsizetype colon = good.indexOf(": "); colon >= 0; colon = good.indexOf(": ", colon + 1)) {
-        const qsizetype begin = colon + 2;
-        qsizetype end = begin;
-        int depth = 0;
-        bool isQuoted = false;
-        for (; end < good.size(); ++end) {
-            const char c = good[end];
-            isQuoted ^= c == '"';
-            depth += !isQuoted && (c == '{' || c == '[') ? 1 : 0;
-            if (!isQuoted && depth == 0 && (c == ',' || c == '}' || c == ']'))
-                break;
-            depth -= !isQuoted && (c == '}' || c == ']') ? 1 : 0;
-        }
-        for (const char* other : {"null", "true", "7", "\"text\"", "[]", "[[1]]", "{}", "{\"$ref\": 5}",
-                                  "{\"$ref\": \"#/paths\"}"}) {
-            const auto document =
-                Load(good.left(begin) + other + good.mid(end), QStringLiteral("wrong.json"));
-            document->CompleteAll();
-            document->Counts();
-            ++count;
-        }
+    for (const QByteArray& good : documents) {
+        const auto document = Load(good, QStringLiteral("good.json"));
+        document->CompleteAll();
+        EXPECT_EQ(Problems(*document), QStringList());
+        count += LoadWithWrongValues(good);
     }
-    EXPECT_GT(count, 400);
+    EXPECT_GT(count, 1200);
 }
 
 TEST_F(TBadInputTest, ThatNestsWithoutEndIsBounded) {
@@ -108,6 +132,8 @@ TEST_F(TBadInputTest, ThatNestsWithoutEndIsBounded) {
                                              Nested(100000, "{\"a\":", "}").replace(":}", ":1}") + "}}}}"},
         {QStringLiteral("flow.yaml"),
          "openapi: 3.0.0\npaths: {/a: {get: {operationId: a}}}\nx: " + Nested(100000, "[", "]") + "\n"},
+        {QStringLiteral("block.yaml"), "openapi: 3.0.0\npaths: {/a: {get: {operationId: a}}}\nx:\n  " +
+                                           QByteArray("- ").repeated(100000) + "1\n"},
         {QStringLiteral("open.json"),
          JsonHead + R"({"/a": {"get": {"operationId": "a"}}}, "x": )" + QByteArray("[").repeated(100000)},
     };

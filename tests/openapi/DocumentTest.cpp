@@ -19,8 +19,6 @@ TEST_F(TDocumentTest, IsNamedAfterItsTitleAndItsServersOrigin) {
          QStringLiteral("PetStoreV2_137b9e5e"), QStringLiteral("https://API.example.com/v1")},
         {"Pet store (v2)", "", QStringLiteral("PetStoreV2_8605b8ba"), QStringLiteral("http://localhost")},
         {"Jane's API", "", QStringLiteral("JanesAPI_8605b8ba"), QStringLiteral("http://localhost")},
-        {"2 fast", "servers: [{url: /v3}]", QStringLiteral("Api2Fast_8605b8ba"),
-         QStringLiteral("http://localhost/v3")},
         {"!",
          "servers: [{url: 'https://{region}.example.com:{port}/{base}', variables: {region: {default: eu}, "
          "port: {enum: ['8443', '443'], default: '8443'}, base: {default: api}}}]",
@@ -37,6 +35,51 @@ TEST_F(TDocumentTest, IsNamedAfterItsTitleAndItsServersOrigin) {
         EXPECT_EQ(document->Version(), QStringLiteral("1.20"));
         EXPECT_EQ(Problems(*document), QStringList());
     }
+}
+
+TEST_F(TDocumentTest, SaysWhereRequestsGoWhenItsServerIsRelative) {
+    const QByteArray head = "info: {title: 2 fast, version: '1'}\npaths: {/a: {get: {operationId: get, ";
+    const std::tuple<QByteArray, const char*, const char*, const char*> cases[] = {
+        {"responses: {}}}}\nopenapi: 3.0.0\nservers: [{url: /v3}]\n", "http://localhost/v3", "",
+         "/servers/0/url: The address \"/v3\" is relative; requests go to http://localhost/v3 unless another "
+         "server is named."},
+        {"responses: {}}}}\nopenapi: 3.0.0\nservers: [{url: '{base}/x', variables: {base: {default: v}}}]\n",
+         "http://localhost/v/x", "", "/servers/0/url: The address \"v/x\" is relative"},
+        {"responses: {}}}}\nswagger: '2.0'\nbasePath: /v2\n", "http://localhost/v2", "",
+         "/basePath: The address \"/v2\" is relative"},
+        {"servers: [{url: /beta}], responses: {}}}}\nopenapi: 3.0.0\nservers: [{url: "
+         "'https://h.example/v1'}]\n",
+         "https://h.example/v1", "https://h.example/beta",
+         "/paths/~1a/get/servers/0/url: The address \"/beta\" is relative; requests go to "
+         "https://h.example/beta unless"},
+        {"responses: {}}}}\nopenapi: 3.0.0\nservers: [{url: /}]\n", "http://localhost", "", ""},
+        {"responses: {}}}}\nopenapi: 3.0.0\nservers: []\n", "http://localhost", "", ""},
+    };
+    for (const auto& [text, url, operUrl, problem] : cases) {
+        const auto document = Load(head + text);
+        ASSERT_TRUE(document->ServiceClass());
+        EXPECT_EQ(document->ServiceClass()->TypeInfo()->BaseUrl().toStdString(), url);
+        EXPECT_EQ(OperOf(*document, QStringLiteral("get"))->Http.Server.toStdString(), operUrl);
+        EXPECT_EQ(document->Problems().size(), *problem ? 1U : 0U);
+        EXPECT_THAT(Problems(*document).join(u'\n').toStdString(), testing::StartsWith(problem));
+    }
+}
+
+TEST_F(TDocumentTest, ListsOnlyWhatItsServerAnswers) {
+    const auto document = Load(R"(openapi: 3.1.0
+info: {title: T, version: '1'}
+paths:
+  /a:
+    post:
+      operationId: subscribe
+      callbacks: {onEvent: {'{$request.body#/url}': {post: {operationId: told, responses: {}}}}}
+      responses: {}
+webhooks: {newPet: {post: {operationId: newPet, responses: {}}}}
+components: {pathItems: {unused: {get: {operationId: unused, responses: {}}}}}
+)");
+    document->CompleteAll();
+    EXPECT_EQ(OperNames(*document), QStringList{QStringLiteral("subscribe")});
+    EXPECT_EQ(Problems(*document), QStringList());
 }
 
 TEST_F(TDocumentTest, KnowsItsFormat) {
