@@ -13,10 +13,6 @@ constexpr int WaitMs = 25;
 /// The transport hands over 16 KiB at a time; a destination is better served with more.
 constexpr qsizetype PendingBytes = 64 * 1024;
 constexpr long StreamBufferBytes = 64 * 1024;
-/// Enough to read what a server says about a failure.
-constexpr qint64 MaxErrorBodyBytes = 64 * 1024;
-/// Less than the transport itself allows, so that it is we who say what is wrong.
-constexpr qint64 MaxHeaderBytes = 256 * 1024;
 constexpr qsizetype UsualHeaders = 16;
 /// A parser may read a little beyond the end; a body with room there need not be copied for it.
 constexpr qint64 ParserRoomBytes = 64;
@@ -27,6 +23,12 @@ QString SizeText(qint64 ABytes) {
         return QStringLiteral("%1 MiB").arg(ABytes / (1024 * 1024));
     return ABytes % 1024 == 0 ? QStringLiteral("%1 KiB").arg(ABytes / 1024)
                               : QStringLiteral("%1 bytes").arg(ABytes);
+}
+
+/// Certificates to trust beside the system's, by the names that other programs use.
+QByteArray ExtraCaFile() {
+    const QByteArray file = qgetenv("SSL_CERT_FILE");
+    return file.isEmpty() ? qgetenv("CURL_CA_BUNDLE") : file;
 }
 
 bool TakesBody(const QByteArray& AMethod) {
@@ -65,7 +67,12 @@ void TZOCurlTransfer::Prepare(CURL* AEasy) {
     curl_easy_setopt(AEasy, CURLOPT_PATH_AS_IS, 1L);
     curl_easy_setopt(AEasy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(AEasy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    curl_easy_setopt(AEasy, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(AEasy, CURLOPT_ACCEPT_ENCODING, TZOContentDecoding::Accepted);
+    curl_easy_setopt(AEasy, CURLOPT_HTTP_CONTENT_DECODING, 0L);
+    curl_easy_setopt(AEasy, CURLOPT_SSLVERSION, long(CURL_SSLVERSION_TLSv1_2));
+    // The system's certificates stay: they are read from their folder.
+    if (const QByteArray file = ExtraCaFile(); !file.isEmpty())
+        curl_easy_setopt(AEasy, CURLOPT_CAINFO, file.constData());
     curl_easy_setopt(AEasy, CURLOPT_USERAGENT, "ZO-Bridgework");
     curl_easy_setopt(AEasy, CURLOPT_HEADERFUNCTION, &TZOCurlTransfer::OnHeader);
     curl_easy_setopt(AEasy, CURLOPT_WRITEFUNCTION, &TZOCurlTransfer::OnBody);
@@ -156,6 +163,7 @@ TZOHttpResponse TZOCurlTransfer::Run() {
         std::rethrow_exception(FFailure);
     if (!IsAnswerUsable(code))
         Fail(code);
+    CheckComplete();
     FinishDestination();
     return std::move(FResponse);
 }
@@ -163,7 +171,17 @@ TZOHttpResponse TZOCurlTransfer::Run() {
 bool TZOCurlTransfer::IsAnswerUsable(CURLcode ACode) const {
     // A server may refuse a body before it has read all of it, and say why.
     const bool isRefusal = ACode == CURLE_SEND_ERROR && FResponse.Status >= 300;
-    return ACode == CURLE_OK || FIsErrorBodyFull || isRefusal;
+    // Why a request failed is worth more than the end of what the server says about it.
+    const bool isCutOff = (ACode == CURLE_PARTIAL_FILE || ACode == CURLE_RECV_ERROR) && FIsHeadComplete &&
+                          FResponse.Status >= 400;
+    return ACode == CURLE_OK || FIsErrorBodyFull || isRefusal || isCutOff;
+}
+
+void TZOCurlTransfer::CheckComplete() const {
+    if (FResponse.Status / 100 == 2 && FDecoding && !FDecoding->IsComplete())
+        throw EZOTruncatedError(QStringLiteral("The answer of %1 ended before it was complete: what it was "
+                                               "compressed to is cut short.")
+                                    .arg(FExchange.Url->Place()));
 }
 
 CURLcode TZOCurlTransfer::Drive() {
@@ -191,7 +209,7 @@ void TZOCurlTransfer::CheckSilence() {
         FLastActivity = now;
     FHasActivity = false;
     if (FIsConnected && now - FLastActivity > limit)
-        throw EZOTimeoutError(
+        throw EZOStalledError(
             QStringLiteral("%1 was silent for %2.")
                 .arg(FExchange.Url->Place(), SecondsText(FExchange.Limits->StallTimeoutMs)));
 }
@@ -206,7 +224,8 @@ void TZOCurlTransfer::CheckIdle(TClock::time_point& ALast) const {
 }
 
 void TZOCurlTransfer::Fail(CURLcode ACode) {
-    RaiseCurlFailure({FEasy, ACode, FExchange.Url->Place(), QString::fromUtf8(FErrorText), FExchange.CaFile,
+    const QString caFile = FExchange.CaFile.isEmpty() ? QFile::decodeName(ExtraCaFile()) : FExchange.CaFile;
+    RaiseCurlFailure({FEasy, ACode, FExchange.Url->Place(), QString::fromUtf8(FErrorText), caFile,
                       FExchange.Limits->ConnectTimeoutMs});
 }
 
@@ -216,10 +235,11 @@ bool TZOCurlTransfer::IsForDestination() const {
 
 void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
     FHeaderBytes += ALine.size();
-    if (FHeaderBytes > MaxHeaderBytes)
+    if (const qint64 limit = FExchange.Limits->MaxHeaderBytes; FHeaderBytes > limit)
         throw EZOResponseTooLargeError(QStringLiteral("The headers that %1 answers with are larger than %2.")
-                                           .arg(FExchange.Url->Place(), SizeText(MaxHeaderBytes)));
+                                           .arg(FExchange.Url->Place(), SizeText(limit)));
     const QByteArrayView line = ALine.trimmed();
+    FIsHeadComplete = line.isEmpty();
     if (line.startsWith("HTTP/")) {
         const qsizetype status = line.indexOf(' ') + 1;
         const qsizetype end = line.indexOf(' ', status);
@@ -232,8 +252,11 @@ void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
             FExchange.Record->Hops.last().ResponseHeaders.clear();
         }
     } else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
-        FResponse.Headers.append(
-            {line.first(colon).trimmed().toByteArray(), line.sliced(colon + 1).trimmed().toByteArray()});
+        const QByteArray name = line.first(colon).trimmed().toByteArray();
+        const QByteArray value = line.sliced(colon + 1).trimmed().toByteArray();
+        if (name.compare("Content-Length", Qt::CaseInsensitive) == 0)
+            CheckLength(value);
+        FResponse.Headers.append({name, value});
         if (FExchange.Record)
             FExchange.Record->Hops.last().ResponseHeaders.append(FResponse.Headers.last());
     }
@@ -243,7 +266,47 @@ void TZOCurlTransfer::FinishRecord() {
     if (!FExchange.Record)
         return;
     FExchange.Record->BytesReceived = FBodyBytes;
-    FExchange.Record->Hops.last().HideCredentials(FExchange.Headers, FExchange.HiddenQuery);
+    FExchange.Record->Hops.last().HideCredentials(FExchange.Headers, *FExchange.Secrets);
+}
+
+void TZOCurlTransfer::CheckLength(const QByteArray& AValue) const {
+    const QByteArray earlier = FResponse.Header("Content-Length");
+    QList<QByteArray> lengths = AValue.split(',');
+    if (!earlier.isEmpty())
+        lengths.append(earlier.split(','));
+    const QByteArray first = lengths.first().trimmed();
+    // Whoever stands between may have read the other one (RFC 9112, section 6.3).
+    for (const QByteArray& length : lengths) {
+        if (length.trimmed() != first)
+            throw EZOProtocolError(QStringLiteral("%1 contradicts itself: its answer says its length twice, "
+                                                  "and differently.")
+                                       .arg(FExchange.Url->Place()));
+    }
+}
+
+bool TZOCurlTransfer::TakeContent(const char* AData, qint64 ASize) {
+    const bool isSuccess = FResponse.Status / 100 == 2;
+    if (!FDecoding) {
+        QByteArray codings;
+        for (const TZOHttpHeader& header : FResponse.Headers) {
+            if (header.Name.compare("Content-Encoding", Qt::CaseInsensitive) == 0)
+                codings += header.Value + ',';
+        }
+        FDecoding.emplace(codings);
+        if (isSuccess && !FDecoding->UnknownName().isEmpty())
+            throw EZOCompressionError(
+                QStringLiteral("The answer of %1 is compressed as \"%2\", which was not asked for.")
+                    .arg(FExchange.Url->Place(), QString::fromUtf8(FDecoding->UnknownName().left(100))));
+    }
+    const TZODecodeResult result = FDecoding->Put(
+        AData, ASize, [this](const char* AText, qint64 ATextSize) { return TakeBody(AText, ATextSize); });
+    if (result != drDamaged)
+        return result == drFine;
+    if (isSuccess)
+        throw EZOCompressionError(QStringLiteral("The answer of %1 is damaged: it could not be decompressed.")
+                                      .arg(FExchange.Url->Place()));
+    FIsErrorBodyFull = true; // the status says enough
+    return false;
 }
 
 bool TZOCurlTransfer::TakeBody(const char* AData, qint64 ASize) {
@@ -259,8 +322,8 @@ bool TZOCurlTransfer::TakeBody(const char* AData, qint64 ASize) {
 bool TZOCurlTransfer::TakeIntoMemory(const char* AData, qint64 ASize) {
     QByteArray& body = FResponse.Body;
     if (FResponse.Status / 100 != 2) {
-        body.append(AData, qMin(ASize, MaxErrorBodyBytes - body.size()));
-        FIsErrorBodyFull = body.size() == MaxErrorBodyBytes;
+        body.append(AData, qMin(ASize, Limits::MaxErrorBodyBytes - body.size()));
+        FIsErrorBodyFull = body.size() == Limits::MaxErrorBodyBytes;
         return !FIsErrorBodyFull;
     }
     const qint64 limit = FExchange.Limits->MaxBodyBytes;
@@ -322,7 +385,7 @@ std::size_t TZOCurlTransfer::OnHeader(char* AData, std::size_t ASize, std::size_
 std::size_t TZOCurlTransfer::OnBody(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf) {
     auto* self = static_cast<TZOCurlTransfer*>(ASelf);
     const auto size = ASize * ACount;
-    return self->Guarded([&] { return self->TakeBody(AData, static_cast<qint64>(size)); }) ? size : 0;
+    return self->Guarded([&] { return self->TakeContent(AData, static_cast<qint64>(size)); }) ? size : 0;
 }
 
 std::size_t TZOCurlTransfer::OnRead(char* AData, std::size_t ASize, std::size_t ACount, void* ASelf) {

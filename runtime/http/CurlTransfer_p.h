@@ -1,6 +1,7 @@
 // One exchange with one server: a request goes out, an answer comes in, no redirect is followed.
 #pragma once
 
+#include "runtime/http/ContentDecoder_p.h"
 #include "runtime/http/HttpBodySource_p.h"
 #include "runtime/http/HttpClient.h"
 #include "runtime/http/HttpRecord.h"
@@ -8,6 +9,7 @@
 
 #include <chrono>
 #include <exception>
+#include <optional>
 
 #include <curl/curl.h>
 
@@ -18,9 +20,9 @@ struct TZOHttpExchange {
     QList<TZOHttpHeader> Headers;
     const TZOHttpBody* Body = nullptr;   ///< null: none
     TZOHttpBodySource* Source = nullptr; ///< of a body that is streamed
-    QByteArray HiddenQuery;              ///< what of the query is never shown
     QIODevice* Destination = nullptr;
-    TZOHttpRecord* Record = nullptr; ///< null: nothing is written down
+    TZOHttpRecord* Record = nullptr;         ///< null: nothing is written down
+    const TZOHttpSecrets* Secrets = nullptr; ///< to be kept out of the record
     const TZOHttpClient::TLimits* Limits = nullptr;
     const TZOHttpClient::TIdle* Idle = nullptr;
     QString CaFile;
@@ -58,11 +60,15 @@ private:
     void FinishDestination();
     void TakeHeaderLine(QByteArrayView ALine);
     void FinishRecord();
+    /// Refuses an answer that says its length twice, and differently.
+    void CheckLength(const QByteArray& AValue) const;
+    bool TakeContent(const char* AData, qint64 ASize);
     bool TakeBody(const char* AData, qint64 ASize);
     bool TakeIntoMemory(const char* AData, qint64 ASize);
     void WritePending();
     bool IsForDestination() const;
     bool IsAnswerUsable(CURLcode ACode) const;
+    void CheckComplete() const;
 
     /// Runs ACall for a callback of the C library, through which no exception may pass.
     template <class TCall>
@@ -85,12 +91,14 @@ private:
     const TZOHttpExchange& FExchange;
     std::unique_ptr<curl_slist, TFreeList> FHeaderList;
     TZOHttpResponse FResponse;
-    QByteArray FPending; ///< on its way to the destination
+    std::optional<TZOContentDecoding> FDecoding; ///< once the body has begun
+    QByteArray FPending;                         ///< on its way to the destination
     qint64 FHeaderBytes = 0;
     qint64 FBodyBytes = 0;
     qint64 FSent = 0;
     qint64 FReceived = 0;
     bool FIsConnected = false;
+    bool FIsHeadComplete = false;
     bool FIsErrorBodyFull = false;
     bool FHasActivity = false; ///< since silence was last checked
     TClock::time_point FLastActivity;

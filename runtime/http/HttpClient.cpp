@@ -80,7 +80,6 @@ public:
         FExchange.Headers = ARequest.Headers;
         FExchange.Destination = ARequest.Destination;
         FExchange.Record = ARequest.Record;
-        FExchange.HiddenQuery = ARequest.CredentialQuery;
         if (ARequest.Body.Kind != bkNone)
             FExchange.Body = &ARequest.Body;
         if (ARequest.Body.Kind == bkStream || ARequest.Body.Kind == bkMultipart)
@@ -123,9 +122,10 @@ private:
     /// For good: a server elsewhere that redirects back does not get to use the credentials.
     void LeaveOrigin(const TZOHttpUrl& ATarget) {
         if (FExchange.Body)
-            throw EZORedirectError(QStringLiteral("%1 redirects to %2, another server: what the request "
-                                                  "holds is not sent there.")
-                                       .arg(FUrl.Place(), ATarget.Place()));
+            throw EZORedirectRefusedError(
+                QStringLiteral("%1 redirects to %2, another server: what the request "
+                               "holds is not sent there.")
+                    .arg(FUrl.Place(), ATarget.Place()));
         FCredentialQuery.clear();
         auto& headers = FExchange.Headers;
         headers.erase(
@@ -143,14 +143,19 @@ private:
 
 void TraceRequest(const TZOHttpClient::TTrace& ATrace, const TZOHttpExchange& AExchange,
                   const QByteArray& AShownUrl) {
-    ATrace("> " + AExchange.Method + ' ' + AShownUrl);
+    const TZOHttpSecrets& secrets = *AExchange.Secrets;
+    ATrace("> " + AExchange.Method + ' ' + secrets.Hide(AShownUrl));
     for (const TZOHttpHeader& header : AExchange.Headers)
-        ATrace("> " + header.Name + ": " + (header.IsCredential ? QByteArray("(not shown)") : header.Value));
+        ATrace("> " + header.Name + ": " +
+               (header.IsCredential ? QByteArray("(not shown)") : secrets.Hide(header.Value)));
 }
 
-void TraceResponse(const TZOHttpClient::TTrace& ATrace, const TZOHttpResponse& AResponse) {
-    ATrace("< " + QByteArray::number(AResponse.Status) + ' ' + AResponse.Reason);
-    for (const TZOHttpHeader& header : AResponse.Headers)
+void TraceResponse(const TZOHttpClient::TTrace& ATrace, const TZOHttpResponse& AResponse,
+                   const TZOHttpSecrets& ASecrets) {
+    ATrace("< " + QByteArray::number(AResponse.Status) + ' ' + ASecrets.Hide(AResponse.Reason));
+    QList<TZOHttpHeader> headers = AResponse.Headers;
+    ASecrets.HideIn(headers);
+    for (const TZOHttpHeader& header : headers)
         ATrace("< " + header.Name + ": " + header.Value);
 }
 
@@ -209,20 +214,23 @@ TZOHttpResponse TZOHttpClient::Execute(const TZOHttpRequest& ARequest) {
     exchange.Limits = &FLimits;
     exchange.Idle = &FIdle;
     exchange.CaFile = FCaFile;
+    std::optional<TZOHttpSecrets> secrets;
+    if (FTrace || ARequest.Record)
+        exchange.Secrets = &secrets.emplace(ARequest);
     const auto run = [&] {
         if (FTrace)
             TraceRequest(FTrace, exchange, walk.ShownUrl());
         TZOHttpResponse answer = FImpl->Run(exchange);
         if (FTrace)
-            TraceResponse(FTrace, answer);
+            TraceResponse(FTrace, answer, *exchange.Secrets);
         return answer;
     };
     TZOHttpResponse response = run();
     for (int count = 0; IsRedirect(response); ++count) {
         if (count == FLimits.MaxRedirects)
-            throw EZORedirectError(QStringLiteral("%1 redirects once more after %2 redirects.")
-                                       .arg(exchange.Url->Place())
-                                       .arg(count));
+            throw EZORedirectLimitError(QStringLiteral("%1 redirects once more after %2 redirects.")
+                                            .arg(exchange.Url->Place())
+                                            .arg(count));
         walk.Follow(response);
         response = run();
     }

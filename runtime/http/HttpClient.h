@@ -3,21 +3,27 @@
 
 #include "runtime/http/HttpMessage.h"
 
+#include "runtime/types/Limits.h"
+
 #include <functional>
 #include <memory>
 
 /// Sends requests and reads answers. Connections are kept open between the requests of one client.
-/// Certificates are always checked. Only http and https are spoken.
+/// Certificates are always checked; TLS is 1.2 or newer. Only http and https are spoken.
+///
+/// The environment is read when a client is made and when it connects: SSL_CERT_FILE, or else CURL_CA_BUNDLE,
+/// names a PEM file of certificates to trust beside the system's; http_proxy, https_proxy, all_proxy and
+/// no_proxy (the last three in capitals, too) name proxies. This machine's own addresses are reached without
+/// a proxy.
 class TZOHttpClient {
 public:
-    /// Bounds that a request must keep to.
+    /// Bounds that a request must keep to; see runtime/types/Limits.h.
     struct TLimits {
-        int ConnectTimeoutMs = 15'000;
-        /// How long a connection may stay silent, in milliseconds.
-        int StallTimeoutMs = 60'000;
-        int MaxRedirects = 10;
-        /// Bytes that a body kept in memory may have, after decompression.
-        qint64 MaxBodyBytes = qint64(1) << 30;
+        int ConnectTimeoutMs = ::Limits::ConnectTimeoutMs;
+        int StallTimeoutMs = ::Limits::StallTimeoutMs;
+        int MaxRedirects = ::Limits::MaxRedirects;
+        qint64 MaxHeaderBytes = ::Limits::MaxHeaderBytes;
+        qint64 MaxBodyBytes = ::Limits::MaxBodyBytes;
     };
     /// Called at least every 50 ms while a request is under way; false cancels it (EZOCancelledError).
     using TIdle = std::function<bool(qint64 ABytesSent, qint64 ABytesReceived)>;

@@ -13,14 +13,6 @@ bool IsSecretName(const QByteArray& AName) {
                        [&](const char* n) { return IsSameName(AName, n); });
 }
 
-void HideValues(QByteArray& AText, const QByteArray& AQuery) {
-    for (const QByteArray& pair : AQuery.split('&')) {
-        const qsizetype equals = pair.indexOf('=');
-        if (equals > 0 && equals + 1 < pair.size())
-            AText.replace(pair, pair.left(equals + 1) + TZOHttpRecord::Hidden);
-    }
-}
-
 } // namespace
 
 void TZOHttpHop::SetRequestHead(QByteArrayView AHead) {
@@ -33,7 +25,7 @@ void TZOHttpHop::SetRequestHead(QByteArrayView AHead) {
     }
 }
 
-void TZOHttpHop::HideCredentials(const QList<TZOHttpHeader>& ASent, const QByteArray& AQuery) {
+void TZOHttpHop::HideCredentials(const QList<TZOHttpHeader>& ASent, const TZOHttpSecrets& ASecrets) {
     for (TZOHttpHeader& header : RequestHeaders) {
         header.IsCredential =
             IsSecretName(header.Name) || std::any_of(ASent.begin(), ASent.end(), [&](const auto& s) {
@@ -42,12 +34,11 @@ void TZOHttpHop::HideCredentials(const QList<TZOHttpHeader>& ASent, const QByteA
         if (header.IsCredential)
             header.Value = TZOHttpRecord::Hidden;
     }
-    if (AQuery.isEmpty())
-        return;
-    HideValues(RequestLine, AQuery);
-    // A server may say back the address that it was asked with.
-    for (TZOHttpHeader& header : ResponseHeaders)
-        HideValues(header.Value, AQuery);
+    ASecrets.HideIn(RequestHeaders);
+    RequestLine = ASecrets.Hide(RequestLine);
+    // A server may say back what it was asked with.
+    StatusLine = ASecrets.Hide(StatusLine);
+    ASecrets.HideIn(ResponseHeaders);
 }
 
 QByteArray TZOHttpHop::ResponseHeader(const QByteArray& AName) const {

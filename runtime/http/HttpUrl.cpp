@@ -8,6 +8,17 @@
 
 namespace {
 
+/// An address as a message may hold it: user name, password and query may be secrets.
+QString Shown(const QByteArray& AUrl) {
+    QByteArray text = AUrl.split('?').first();
+    const qsizetype host = text.contains("//") ? text.indexOf("//") + 2 : 0;
+    const qsizetype slash = text.indexOf('/', host);
+    const qsizetype at = text.first(slash < 0 ? text.size() : slash).lastIndexOf('@');
+    if (at >= host)
+        text.remove(host, at + 1 - host);
+    return QString::fromUtf8(text.left(200));
+}
+
 QByteArray NameOf(const QByteArray& APiece) {
     return QByteArray::fromPercentEncoding(APiece.split('=').first().replace('+', ' '));
 }
@@ -35,15 +46,16 @@ TZOHttpUrl::TZOHttpUrl(const QByteArray& AUrl)
           if (!isHttp || curl_url_set(handle.get(), CURLUPART_URL, AUrl.constData(), CURLU_PATH_AS_IS))
               throw EZORequestValueError(QStringLiteral("\"%1\" is not an address that starts with "
                                                         "\"http://\" or \"https://\" and names a server.")
-                                             .arg(QString::fromUtf8(AUrl.left(200))));
+                                             .arg(Shown(AUrl)));
           curl_url_set(handle.get(), CURLUPART_FRAGMENT, nullptr, 0);
           return handle;
       }()) {}
 
 TZOHttpUrl TZOHttpUrl::Resolved(const QByteArray& ALocation) const {
     const auto refuse = [&] {
-        throw EZORedirectError(QStringLiteral("%1 redirects to \"%2\", which is no http or https address.")
-                                   .arg(Place(), QString::fromUtf8(ALocation.left(200))));
+        throw EZORedirectRefusedError(
+            QStringLiteral("%1 redirects to \"%2\", which is no http or https address.")
+                .arg(Place(), Shown(ALocation)));
     };
     std::unique_ptr<CURLU, TRelease> handle(curl_url_dup(FHandle.get()));
     // The parser would write a blank as "+", which only forms read as one.

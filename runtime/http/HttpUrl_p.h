@@ -16,7 +16,7 @@ public:
     explicit TZOHttpUrl(const QByteArray& AUrl);
 
     /// Where a Location header leads (RFC 9110, section 10.2.2), without user information. Raises
-    /// EZORedirectError for what is no address, and for other schemes than http and https.
+    /// EZORedirectRefusedError for what is no address, and for other schemes than http and https.
     TZOHttpUrl Resolved(const QByteArray& ALocation) const;
 
     bool IsSameOrigin(const TZOHttpUrl& AOther) const { return Origin() == AOther.Origin(); }

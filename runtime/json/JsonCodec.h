@@ -11,8 +11,9 @@ public:
     /// Reads AJson (UTF-8) into ADest, which takes the value or, for null, becomes absent. All of the text
     /// is checked, also what the type does not know and what is therefore skipped. A null property, element
     /// or item is absent; of repeated keys the last one counts. Raises EZOJsonError, which names line,
-    /// column and JSON pointer (RFC 6901), for text that is no JSON, nests deeper than JsonText::MaxDepth,
-    /// does not fit the type, or holds a number that the type cannot; ADest is absent then.
+    /// column and JSON pointer (RFC 6901), for text that is no JSON, does not fit the type, or holds a number
+    /// that the type cannot, and EZOJsonDepthError for text that nests deeper than JsonText::MaxDepth; ADest
+    /// is absent then.
     static void Decode(QByteArray AJson, TZOValueHolder& ADest);
 
     /// A present value as compact JSON. Properties without value are left out; elements and items without

@@ -43,6 +43,9 @@ void TZOJson::Decode(QByteArray AJson, TZOValueHolder& ADest) {
     }
     const QString pointer =
         decoder.Pointer().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(decoder.Pointer());
-    throw EZOJsonError(QStringLiteral("The JSON text is not as expected at %1%2: %3.")
-                           .arg(PlaceText(AJson, offset), pointer, decoder.Message()));
+    const QString message = QStringLiteral("The JSON text is not as expected at %1%2: %3.")
+                                .arg(PlaceText(AJson, offset), pointer, decoder.Message());
+    if (decoder.IsTooDeep())
+        throw EZOJsonDepthError(message);
+    throw EZOJsonError(message);
 }

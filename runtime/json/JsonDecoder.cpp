@@ -475,7 +475,8 @@ bool TZOJsonDecoder::Key(ondemand::field& AField, std::string_view& AKey) {
 }
 
 bool TZOJsonDecoder::Enter(std::string_view AToken) {
-    return ++FDepth <= JsonText::MaxDepth ||
+    FIsTooDeep = ++FDepth > JsonText::MaxDepth;
+    return !FIsTooDeep ||
            Fail(QStringLiteral("values nest more than %1 deep").arg(JsonText::MaxDepth), AToken.data());
 }
 

@@ -34,6 +34,8 @@ public:
     const QString& Message() const { return FMessage; }
     /// Bytes from the start of the text to the error.
     std::size_t ErrorOffset() const { return FErrorOffset; }
+    /// Whether the error is that values nest too deep.
+    bool IsTooDeep() const { return FIsTooDeep; }
     /// JSON pointer to the value in error.
     const QString& Pointer() const { return FPointer; }
     /// How badly a value that was read fits its type: properties skipped and required ones missed.
@@ -100,4 +102,5 @@ private:
     int FShortTextCount = 0;
     std::unique_ptr<TZOShortTexts> FShortTexts; ///< none in a small response, which ends before it pays
     bool FCountsMisfits = false;
+    bool FIsTooDeep = false;
 };

@@ -41,6 +41,8 @@ void StoreJson(const TZOHttpResponse& AAnswer, TZOValueHolder& AHolder) {
     const QByteArray type = ResponseText::MediaType(AAnswer);
     try {
         TZOJson::Decode(JsonUtf8(AAnswer), AHolder);
+    } catch (const EZOJsonDepthError&) {
+        throw;
     } catch (const EZOJsonError& error) {
         if (IsJsonType(type))
             throw;

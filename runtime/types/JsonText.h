@@ -1,6 +1,8 @@
 // The grammar of JSON text (RFC 8259), apart from any type.
 #pragma once
 
+#include "runtime/types/Limits.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QStringView>
@@ -11,7 +13,7 @@ namespace JsonText {
 
 /// Arrays and objects may stand inside each other this deep; deeper text counts as invalid, so that no
 /// nesting can exhaust the stack.
-inline constexpr int MaxDepth = 512;
+inline constexpr int MaxDepth = Limits::MaxJsonDepth;
 
 /// Whether AText (UTF-8) is one complete JSON value: strict grammar, valid UTF-8, at most MaxDepth deep.
 /// Escapes of lone surrogates and repeated keys are valid, as RFC 8259 has it.

@@ -99,7 +99,7 @@ TEST_F(ExecutePage, AFailureReplacesTheResponseBefore) {
     EXPECT_EQ(Lines(RespView()).front(), QStringLiteral("{"));
     Shell->GetServices(0)->Component()->SetServerUrl(QStringLiteral("http://127.0.0.1:1"));
     Execute();
-    EXPECT_EQ(Lines(RespView()).front(), QStringLiteral("EZOConnectError"));
+    EXPECT_EQ(Lines(RespView()).front(), QStringLiteral("EZOConnectionRefusedError"));
     Shell->GetServices(0)->Component()->SetServerUrl(Server.Url());
     Execute();
     EXPECT_EQ(Lines(RespView()).front(), QStringLiteral("{"));

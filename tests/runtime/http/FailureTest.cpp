@@ -13,8 +13,9 @@ QString PlaceOf(const TRawServer& AServer) { return QStringLiteral("127.0.0.1:%1
 
 TEST_F(TFailureTest, NothingListens) {
     const int port = ClosedPort();
-    EXPECT_EQ(FailureOf<EZOConnectError>(Request("GET", "http://127.0.0.1:" + QByteArray::number(port))),
-              QStringLiteral("No connection to 127.0.0.1:%1: Connection refused.").arg(port));
+    EXPECT_EQ(
+        FailureOf<EZOConnectionRefusedError>(Request("GET", "http://127.0.0.1:" + QByteArray::number(port))),
+        QStringLiteral("No connection to 127.0.0.1:%1: Connection refused.").arg(port));
 }
 
 TEST_F(TFailureTest, TheHostIsUnknown) {
@@ -28,7 +29,7 @@ TEST_F(TFailureTest, TheServerStaysSilent) {
     Client.Limits().StallTimeoutMs = 200;
     QElapsedTimer timer;
     timer.start();
-    EXPECT_EQ(FailureOf<EZOTimeoutError>(Request("GET", server.Url("/"))),
+    EXPECT_EQ(FailureOf<EZOStalledError>(Request("GET", server.Url("/"))),
               PlaceOf(server) + QStringLiteral(" was silent for 0.2 seconds."));
     EXPECT_GE(timer.elapsed(), 200);
     EXPECT_LT(timer.elapsed(), 5000);
@@ -41,15 +42,15 @@ TEST_F(TFailureTest, TheServerFallsSilentInTheMiddle) {
         AConnection.WaitForClose();
     });
     Client.Limits().StallTimeoutMs = 200;
-    FailureOf<EZOTimeoutError>(Request("GET", server.Url("/")));
+    FailureOf<EZOStalledError>(Request("GET", server.Url("/")));
 }
 
 TEST_F(TFailureTest, TheSecureConnectionIsNeverMade) {
     TRawServer server([](TRawServer::TConnection& AConnection) { AConnection.WaitForClose(); });
     Client.Limits().ConnectTimeoutMs = 200;
-    EXPECT_EQ(
-        FailureOf<EZOTimeoutError>(Request("GET", "https://127.0.0.1:" + QByteArray::number(server.Port()))),
-        PlaceOf(server) + QStringLiteral(" did not accept the connection within 0.2 seconds."));
+    EXPECT_EQ(FailureOf<EZOConnectTimeoutError>(
+                  Request("GET", "https://127.0.0.1:" + QByteArray::number(server.Port()))),
+              PlaceOf(server) + QStringLiteral(" did not accept the connection within 0.2 seconds."));
 }
 
 TEST_F(TFailureTest, TheServerSpeaksNoTls) {
@@ -57,7 +58,7 @@ TEST_F(TFailureTest, TheServerSpeaksNoTls) {
         AConnection.Write(QByteArray(100, '!'));
         AConnection.WaitForClose();
     });
-    EXPECT_EQ(FailureOf<EZOTransportError>(
+    EXPECT_EQ(FailureOf<EZOSecureConnectionError>(
                   Request("GET", "https://127.0.0.1:" + QByteArray::number(server.Port()))),
               PlaceOf(server) + QStringLiteral(" did not agree on a secure connection."));
 }
@@ -66,20 +67,26 @@ struct TBrokenCase {
     const char* Name;
     const char* Bytes;
     bool IsReset;
+    const char* ClassName;
     const char* Message;
 };
 
 class TBrokenAnswer : public THttpTest, public testing::WithParamInterface<TBrokenCase> {};
 
-TEST_P(TBrokenAnswer, IsATransportError) {
+TEST_P(TBrokenAnswer, IsAFailureOfItsOwnKind) {
     TRawServer server([](TRawServer::TConnection& AConnection) {
         AConnection.ReadRequest();
         AConnection.Write(GetParam().Bytes);
         if (GetParam().IsReset)
             AConnection.Reset();
     });
-    EXPECT_EQ(FailureOf<EZOTransportError>(Request("GET", server.Url("/"))),
-              QString::fromUtf8(GetParam().Message).arg(PlaceOf(server)));
+    try {
+        Get(server.Url("/"));
+        ADD_FAILURE() << "nothing failed";
+    } catch (const EZORequestError& failure) {
+        EXPECT_EQ(failure.ClassName(), QLatin1String(GetParam().ClassName));
+        EXPECT_EQ(failure.Message(), QString::fromUtf8(GetParam().Message).arg(PlaceOf(server)));
+    }
 }
 
 constexpr const char* BrokenMessage = "The connection to %1 broke before the answer was complete.";
@@ -87,17 +94,21 @@ constexpr const char* BrokenMessage = "The connection to %1 broke before the ans
 INSTANTIATE_TEST_SUITE_P(
     Cases, TBrokenAnswer,
     testing::Values(
-        TBrokenCase{"Nothing", "", false, "%1 closed the connection without an answer."},
-        TBrokenCase{"ResetWithoutAnswer", "", true, BrokenMessage},
-        TBrokenCase{"BodyCutShort", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n123", false, BrokenMessage},
+        TBrokenCase{"Nothing", "", false, "EZONoAnswerError", "%1 closed the connection without an answer."},
+        TBrokenCase{"ResetWithoutAnswer", "", true, "EZOConnectionResetError",
+                    "The connection to %1 was reset before the answer was complete."},
+        TBrokenCase{"BodyCutShort", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n123", false,
+                    "EZOTruncatedError", BrokenMessage},
         TBrokenCase{"ChunkCutShort", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nab", false,
-                    BrokenMessage},
+                    "EZOTruncatedError", BrokenMessage},
         TBrokenCase{"BadChunkSize", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab\r\n",
-                    false, BrokenMessage},
-        TBrokenCase{"NotHttp", "SSH-2.0-OpenSSH_9.2\r\n", false, "What %1 answered is no HTTP."},
+                    false, "EZOProtocolError",
+                    "The answer of %1 is damaged: its chunks are not as they have to be."},
+        TBrokenCase{"NotHttp", "SSH-2.0-OpenSSH_9.2\r\n", false, "EZOProtocolError",
+                    "What %1 answered is no HTTP."},
         TBrokenCase{"BadCompression",
                     "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 4\r\n\r\nabcd", false,
-                    "The answer of %1 is damaged: it could not be decompressed."}),
+                    "EZOCompressionError", "The answer of %1 is damaged: it could not be decompressed."}),
     [](const auto& AInfo) { return AInfo.param.Name; });
 
 TEST_F(TFailureTest, TheAnswerIsTooLarge) {
@@ -148,7 +159,7 @@ TEST_F(TFailureTest, AFailureLeavesTheClientUsable) {
             return;
         AConnection.Write(TRawServer::Answer("fine"));
     });
-    FailureOf<EZOTransportError>(Request("GET", server.Url("/bad")));
+    FailureOf<EZONoAnswerError>(Request("GET", server.Url("/bad")));
     EXPECT_EQ(Get(server.Url("/good")).Body, "fine");
 }
 

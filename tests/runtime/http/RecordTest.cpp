@@ -77,14 +77,14 @@ TEST_F(Record, IsKeptWhereARequestFails) {
     record.Hops.append(TZOHttpHop());
     TZOHttpRequest request = Request("GET", server.Url("/"));
     request.Record = &record;
-    EXPECT_THROW(Client.Execute(request), EZOTransportError);
+    EXPECT_THROW(Client.Execute(request), EZOTruncatedError);
     ASSERT_EQ(record.Hops.size(), 1);
     EXPECT_EQ(record.Hops[0].StatusLine, "HTTP/1.1 200 OK");
     EXPECT_EQ(record.BytesReceived, 4);
     EXPECT_EQ(record.ContentLength(), 100);
 
     request.Url = "http://127.0.0.1:" + QByteArray::number(ClosedPort()) + "/";
-    EXPECT_THROW(Client.Execute(request), EZOConnectError);
+    EXPECT_THROW(Client.Execute(request), EZOConnectionRefusedError);
     ASSERT_EQ(record.Hops.size(), 1);
     EXPECT_EQ(record.Hops[0].RequestLine, "");
     EXPECT_EQ(record.Hops[0].StatusLine, "");

@@ -63,7 +63,7 @@ TEST_F(TRedirect, WithoutLocationIsAnAnswer) {
 TEST_F(TRedirect, InCirclesEndsAtTheLimit) {
     Location = "/again";
     Client.Limits().MaxRedirects = 4;
-    EXPECT_EQ(FailureOf<EZORedirectError>(Request("GET", Server.Url("/"))),
+    EXPECT_EQ(FailureOf<EZORedirectLimitError>(Request("GET", Server.Url("/"))),
               QStringLiteral("127.0.0.1:%1 redirects once more after 4 redirects.").arg(Server.Port()));
     EXPECT_EQ(Server.Requests().size(), 5);
 }
@@ -71,7 +71,7 @@ TEST_F(TRedirect, InCirclesEndsAtTheLimit) {
 TEST_F(TRedirect, ToAnotherSchemeIsRefused) {
     for (const char* place : {"file:///etc/passwd", "ftp://127.0.0.1/x", "javascript:alert(1)", "http://"}) {
         Location = place;
-        EXPECT_THAT(FailureOf<EZORedirectError>(Request("GET", Server.Url("/"))).toStdString(),
+        EXPECT_THAT(FailureOf<EZORedirectRefusedError>(Request("GET", Server.Url("/"))).toStdString(),
                     HasSubstr(place));
     }
 }
@@ -162,7 +162,7 @@ TEST_F(TRedirect, ABodyIsNeverSentToAnotherOrigin) {
     Location = Other.Url("/landing");
     Status = "307";
     EXPECT_EQ(
-        FailureOf<EZORedirectError>(WithBody("POST", Server.Url("/start"), "private")),
+        FailureOf<EZORedirectRefusedError>(WithBody("POST", Server.Url("/start"), "private")),
         QStringLiteral("127.0.0.1:%1 redirects to 127.0.0.1:%2, another server: what the request holds is "
                        "not sent there.")
             .arg(Server.Port())

@@ -146,9 +146,10 @@ TEST_F(THttpbinTest, RedirectsAreFollowedToALimit) {
     for (const QByteArray times : {"1", "10"})
         ExpectAnswer("Redirect", "{\"times\":" + times + "}",
                      QStringLiteral(R"({"url":"%1/get"})").arg(Server.Url()).toUtf8());
-    EXPECT_THAT(
-        FailureOf<EZORedirectError>([&] { Exec(*Service, "Redirect", R"({"times":11})"); }).toStdString(),
-        testing::EndsWith(" redirects once more after 10 redirects."));
+    EXPECT_THAT(FailureOf<EZORedirectLimitError>([&] {
+                    Exec(*Service, "Redirect", R"({"times":11})");
+                }).toStdString(),
+                testing::EndsWith(" redirects once more after 10 redirects."));
 }
 
 TEST_F(THttpbinTest, ACompressedAnswerIsRead) {
