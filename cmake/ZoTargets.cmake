@@ -1,6 +1,7 @@
 # The one place for compiler flags, and the functions every folder declares its target with.
 
 option(ZO_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(ZO_FUZZ "Build the fuzz targets with libFuzzer, and nothing that they do not need; wants clang" OFF)
 
 add_library(zo_flags INTERFACE)
 target_compile_options(zo_flags INTERFACE
@@ -15,6 +16,9 @@ if(ZO_SANITIZE)
   target_compile_options(zo_flags INTERFACE -fsanitize=address,undefined
     -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g1)
   target_link_options(zo_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(ZO_FUZZ)
+  target_compile_options(zo_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 find_program(ZO_CCACHE ccache)
