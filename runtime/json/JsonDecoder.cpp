@@ -19,10 +19,11 @@ constexpr double MaxExactDouble = 9007199254740992.0;
 
 constexpr int TextsOfASmallResponse = 64;
 
+/// AToken without the white space behind it. Other control characters stay, since the parser ends a number at
+/// a zero byte, too.
 std::string_view Trimmed(std::string_view AToken) {
-    while (!AToken.empty() && static_cast<unsigned char>(AToken.back()) <= ' ')
-        AToken.remove_suffix(1);
-    return AToken;
+    const std::size_t last = AToken.find_last_not_of(" \t\n\r");
+    return AToken.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
 /// What stands between the quotes of a string token.
@@ -364,9 +365,9 @@ bool TZOJsonDecoder::FillProperties(ondemand::object& AFields, ZOObject* AObject
         ondemand::field field;
         if (const auto error = std::move(result).get(field))
             return FailSyntax(error);
-        if (!ADiscriminator.empty() && field.key().unsafe_is_equal(ADiscriminator))
-            continue;
-        if (!FillProperty(field, AObject, expected))
+        // The name of the type has been read, but only where it stands first.
+        const bool isName = !ADiscriminator.empty() && field.key().unsafe_is_equal(ADiscriminator);
+        if (isName ? !SkipField(field, ADiscriminator) : !FillProperty(field, AObject, expected))
             return false;
     }
     if (!FCountsMisfits)
@@ -376,6 +377,11 @@ bool TZOJsonDecoder::FillProperties(ondemand::object& AFields, ZOObject* AObject
     for (int i = 0; i < type->PropertyCount(); ++i)
         FMisfits += type->Property(i)->Required && !ZOObject::TData::GetProp(AObject, i, ref);
     return true;
+}
+
+bool TZOJsonDecoder::SkipField(ondemand::field& AField, std::string_view AKey) {
+    std::string_view token;
+    return (Token(AField.value(), token) && Skip(AField.value(), token)) || Step(AKey);
 }
 
 bool TZOJsonDecoder::FillProperty(ondemand::field& AField, ZOObject* AObject, int& AExpected) {
@@ -394,8 +400,7 @@ bool TZOJsonDecoder::FillProperty(ondemand::field& AField, ZOObject* AObject, in
     }
     if (!property) {
         ++FMisfits;
-        std::string_view token;
-        return (Token(AField.value(), token) && Skip(AField.value(), token)) || Step(key);
+        return SkipField(AField, key);
     }
     AExpected = property->Index + 1;
     void* storage = nullptr;

@@ -107,12 +107,11 @@ bool TZOJsonDecoder::FillTagged(TValue& AValue, std::string_view AToken, ZOUnion
         ondemand::field field;
         if (const auto error = std::move(result).get(field))
             return FailSyntax(error);
-        if (field.key().unsafe_is_equal(tagKey))
-            continue;
+        const bool isTag = field.key().unsafe_is_equal(tagKey);
         std::string_view key, token;
         if (!Key(field, key) || !Token(field.value(), token))
             return false;
-        const bool isValue = key == "value" && tag->Type && token != "null";
+        const bool isValue = !isTag && key == "value" && tag->Type && token != "null";
         if (isValue ? !Fill(field.value(), token, tag->Type, storage) : !Skip(field.value(), token))
             return Step(key);
     }

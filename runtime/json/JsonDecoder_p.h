@@ -62,6 +62,8 @@ private:
     bool FillProperties(simdjson::ondemand::object& AFields, ZOObject* AObject,
                         std::string_view ADiscriminator);
     bool FillProperty(simdjson::ondemand::field& AField, ZOObject* AObject, int& AExpected);
+    /// Checks a value that the type has no place for.
+    bool SkipField(simdjson::ondemand::field& AField, std::string_view AKey);
     bool FillUnion(TValue& AValue, std::string_view AToken, const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
     bool FillTagged(TValue& AValue, std::string_view AToken, ZOUnion* AUnion);
     bool FillBare(TValue& AValue, std::string_view AToken, ZOUnion* AUnion);

@@ -3,6 +3,7 @@
 #include "runtime/types/JsonText.h"
 #include "runtime/types/TypeLibrary.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -180,6 +181,10 @@ INSTANTIATE_TEST_SUITE_P(
         TBadCase{R"({"unknown":01})", "line 1, column 12 (/unknown): 01 is no JSON value"},
         TBadCase{R"({"unknown":"\q"})",
                  "line 1, column 12 (/unknown): the string holds an escape that JSON does not know"},
+        TBadCase{R"({"medium":{"kind":"book","kind":nul,"pages":1}})",
+                 "line 1, column 33 (/medium/kind): nul is no JSON value"},
+        TBadCase{R"({"terms":{"tag":"days","tag":01,"value":1}})",
+                 "line 1, column 30 (/terms/tag): 01 is no JSON value"},
         TBadCase{R"({"unknown":[1 2]})", "line 1, column 15 (/unknown): the text is no JSON from here on"},
         TBadCase{R"({"i":1}})", "line 1, column 8: there is more text behind the value"},
         TBadCase{R"({"i":1} x)", "line 1, column 9: there is more text behind the value"},
@@ -192,6 +197,18 @@ INSTANTIATE_TEST_SUITE_P(
         TBadCase{R"({"bare":true})",
                  "line 1, column 9 (/bare): the value fits none of the alternatives that can stand here"},
         TBadCase{"{\"s\":\"\xC3\"}", "line 1, column 1: the text is not valid UTF-8"}));
+
+TEST(JsonDecode, TakesNoControlCharactersForWhiteSpace) {
+    const TTypes types;
+    for (const char sign : {'\0', '\x01', '\v', '\f', '\x1f'}) {
+        SCOPED_TRACE(int(sign));
+        for (const QByteArray& text :
+             {QByteArray("{\"i\":5#}"), QByteArray("{\"unknown\":5#}"), QByteArray("{\"i\":5}#"),
+              QByteArray("{\"b\":true#}"), QByteArray("{\"list\":[1#,2]}")})
+            EXPECT_THAT(Failure(types.Record, QByteArray(text).replace('#', sign)).toStdString(),
+                        testing::StartsWith("The JSON text is not as expected at line 1"));
+    }
+}
 
 TEST(JsonDecode, ReadsScalarsAtTheRoot) {
     EXPECT_EQ(Through(TZOTypeLibrary::Scalar(vkString), " \"a\" "), "\"a\"");
