@@ -35,6 +35,10 @@ TZOAuthOptionstPage::TZOAuthOptionstPage(TZOShellFrame* AShell, TZOServiceItem* 
 
 TZOAuthOptionstPage::~TZOAuthOptionstPage() = default;
 
+TZOPageFrame::TPageMaker TZOAuthOptionstPage::MakerAgain() {
+    return [shell = Shell()](TZOServiceItem* AItem) { return Make(shell, AItem); };
+}
+
 TZOShellPage* TZOAuthOptionstPage::Make(TZOShellFrame* AShell, TZOServiceItem* AItem) {
     auto* frame = new TZOAuthOptionstPage(AShell, AItem);
     TZOShellPage* page = frame->Wrap(QStringLiteral("Service options"));

@@ -24,6 +24,7 @@ class TZOAuthOptionstPage final : public TZOServicePage {
 public:
     static TZOShellPage* Make(TZOShellFrame* AShell, TZOServiceItem* AItem);
     ~TZOAuthOptionstPage() override;
+    TPageMaker MakerAgain() override;
 
     /// Shows what the service has; an API key switches the OAuth section off without clearing it.
     void UpdateView();

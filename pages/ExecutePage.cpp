@@ -138,6 +138,15 @@ void TZOExecutePage::InitRequest() {
     FRequest->SetRecord(&FRecord);
     FRespView->SetDataSource(nullptr);
     FResponse = FOperation->Response ? std::make_unique<TZOValueHolder>(FOperation->Response, true) : nullptr;
+    ShowRequest();
+    FUi->DownloadPanel->setVisible(IsDownload());
+    FUi->DownloadEdit->clear();
+    FUi->CancelButton->hide();
+    FUi->ProgressLabel->hide();
+    ShowDetails(false);
+}
+
+void TZOExecutePage::ShowRequest() {
     auto source = std::make_unique<TZOObjectDataSource>(FRequest->Type(), FRequest->Data(), false, true);
     source->OnGetValue = [this](TZOObjectDataSource*, const TZOTypeInfo* AType, bool AHasValue, const void*,
                                 QString& AText) { RequestGetValue(AType, AHasValue, AText); };
@@ -148,11 +157,6 @@ void TZOExecutePage::InitRequest() {
         RequestUploadDialog(AUpload, AHandled);
     };
     FReqView->SetDataSource(source.release());
-    FUi->DownloadPanel->setVisible(IsDownload());
-    FUi->DownloadEdit->clear();
-    FUi->CancelButton->hide();
-    FUi->ProgressLabel->hide();
-    ShowDetails(false);
 }
 
 bool TZOExecutePage::IsDownload() const { return FResponse && FResponse->Type()->Kind() == vkDownload; }

@@ -36,6 +36,8 @@ public:
     /// AOper is one of the operations of AItem.
     static TZOShellPage* Make(TZOShellFrame* AShell, TZOServiceItem* AItem, POper AOper);
     ~TZOExecutePage() override;
+    /// For the operation of the same name. The request is taken over where it still fits and sends no file.
+    TPageMaker MakerAgain() override;
 
     /// Whether the operation answers with a file.
     bool IsDownload() const;
@@ -62,6 +64,9 @@ private:
     TZORestView* ViewToFindIn() const;
     TZORestView* SetupRestView(QWidget* AParent);
     void InitRequest();
+    void ShowRequest();
+    QByteArray RequestJson() const;
+    void SetRequestJson(const QByteArray& AJson);
     void UpdateView();
     void UpdateButtons();
     void UpdateLabelColors(TZOIdeTheming* ATheming);

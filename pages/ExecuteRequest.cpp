@@ -12,6 +12,7 @@
 
 #include "runtime/http/CurlCommand.h"
 #include "runtime/http/HttpClient.h"
+#include "runtime/json/JsonCodec.h"
 #include "runtime/types/Failures.h"
 
 #include "platform/ExceptionDisplay.h"
@@ -24,6 +25,8 @@
 #include <QMenu>
 #include <QScopeGuard>
 
+#include <algorithm>
+
 namespace {
 
 QStringList Lines(QString AText) {
@@ -35,6 +38,46 @@ QStringList Lines(QString AText) {
 }
 
 } // namespace
+
+TZOPageFrame::TPageMaker TZOExecutePage::MakerAgain() {
+    if (!FRequest)
+        return {};
+    return [shell = Shell(), name = FOperation->Name, json = RequestJson(),
+            target = FUi->DownloadEdit->text()](TZOServiceItem* AItem) -> TZOShellPage* {
+        const auto& opers = AItem->TypeInfo()->Opers();
+        const auto oper =
+            std::find_if(opers.begin(), opers.end(), [&](const auto& A) { return A.Name == name; });
+        if (oper == opers.end())
+            return nullptr;
+        TZOShellPage* page = Make(shell, AItem, &*oper);
+        auto* frame = static_cast<TZOExecutePage*>(page->Frame());
+        frame->SetRequestJson(json);
+        frame->FUi->DownloadEdit->setText(target);
+        return page;
+    };
+}
+
+QByteArray TZOExecutePage::RequestJson() const {
+    try {
+        return TZOJson::Encode(TZOValueHolder(FRequest->Type(), FRequest->Data(), false));
+    } catch (const std::exception&) {
+        // A chosen file, or a number, that has no text.
+        return {};
+    }
+}
+
+void TZOExecutePage::SetRequestJson(const QByteArray& AJson) {
+    if (AJson.isEmpty())
+        return;
+    FReqView->SetDataSource(nullptr);
+    TZOValueHolder value(FRequest->Type(), FRequest->Data(), false);
+    try {
+        TZOJson::Decode(AJson, value);
+        ShowRequest();
+    } catch (const std::exception&) {
+        InitRequest();
+    }
+}
 
 void TZOExecutePage::Execute() {
     const QPointer<TZOExecutePage> self(this);

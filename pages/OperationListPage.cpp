@@ -42,6 +42,14 @@ TZOShellPage* TZOOperationListPage::Make(TZOShellFrame* AShell, TZOServiceItem* 
     return page;
 }
 
+TZOPageFrame::TPageMaker TZOOperationListPage::MakerAgain() {
+    return [shell = Shell(), search = FUi->SearchEdit->text()](TZOServiceItem* AItem) {
+        TZOShellPage* page = Make(shell, AItem);
+        static_cast<TZOOperationListPage*>(page->Frame())->FUi->SearchEdit->setText(search);
+        return page;
+    };
+}
+
 void TZOOperationListPage::UpdateView() {
     UpdateLabelColors(FTheming);
     FOperations.clear();

@@ -29,6 +29,7 @@ public:
 
     static TZOShellPage* Make(TZOShellFrame* AShell, TZOServiceItem* AItem);
     ~TZOOperationListPage() override;
+    TPageMaker MakerAgain() override;
 
     /// Lists the operations whose names match the search, in the order of their declaration.
     void UpdateView();

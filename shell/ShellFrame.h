@@ -52,6 +52,11 @@ public:
     /// be called while the class still lives.
     void ServiceClassRemoved(const TZORestServiceClass* AClass);
 
+    /// Puts ANew into the place of AOld, as when a document was read again: the item keeps its place, and the
+    /// open pages of AOld are made again for it, up to the first that has nothing to show any more. Both must
+    /// live; otherwise like ServiceClassRemoved and ServiceClassAdded.
+    void ServiceClassReplaced(const TZORestServiceClass* AOld, const TZORestServiceClass* ANew);
+
     /// Asks to show APage, a new one or one of the stack, as soon as the current event has been handled. Only
     /// the last request counts; a new page that is not shown for that reason stays its maker's.
     void NavigateAsync(TZOShellPage* APage);

@@ -4,6 +4,7 @@
 #include "ui_ShellFrame.h"
 
 #include "shell/PageFactory.h"
+#include "shell/PageFrame.h"
 #include "shell/ServiceItem.h"
 #include "shell/ShellPage.h"
 
@@ -79,6 +80,31 @@ void TZOShellFrame::ServiceClassRemoved(const TZORestServiceClass* AClass) {
         if (found == FServices.end())
             return;
         RemoveItem(found->get());
+    }
+}
+
+void TZOShellFrame::ServiceClassReplaced(const TZORestServiceClass* AOld, const TZORestServiceClass* ANew) {
+    const auto old = std::find_if(FServices.begin(), FServices.end(), [&](const auto& AItem) {
+        return AItem->SvcClass() == AOld && !AItem->GetIsUserComp();
+    });
+    const auto place = static_cast<std::size_t>(old - FServices.begin());
+    std::vector<TZOPageFrame::TPageMaker> makers;
+    for (const TZOShellPage* page : FNavStack) {
+        if (old != FServices.end() && page->Service() == old->get() && page->Frame())
+            makers.push_back(page->Frame()->MakerAgain());
+    }
+    ServiceClassRemoved(AOld);
+    auto item = std::make_unique<TZOServiceItem>(this, ANew);
+    TZOServiceItem* added = item.get();
+    FServices.insert(FServices.begin() + static_cast<std::ptrdiff_t>(std::min(place, FServices.size())),
+                     std::move(item));
+    TellServiceAdded(added);
+    for (const auto& maker : makers) {
+        TZOShellPage* page = maker ? maker(added) : nullptr;
+        if (!page)
+            return;
+        NavigateAsync(page);
+        ExecNavTask();
     }
 }
 

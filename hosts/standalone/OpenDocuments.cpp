@@ -47,9 +47,7 @@ TZOOpenDocuments::TOutcome TZOOpenDocuments::Open(const QString& AFileName,
         entry->Path = path;
         entry->IsRefused = isRefused;
     }
-    Hide(*entry);
-    entry->Document = std::move(document);
-    Show(*entry);
+    Put(*entry, std::move(document));
     Watch(*entry);
     return isRefused ? doRefused : doOpened;
 }
@@ -61,13 +59,19 @@ void TZOOpenDocuments::Close(const QString& APath) {
     }
 }
 
-void TZOOpenDocuments::Show(TEntry& AEntry) {
-    const TZORestServiceClass* serviceClass = AEntry.Document->ServiceClass();
-    if (!serviceClass)
-        return;
-    TZORestServiceClass::Register(serviceClass);
-    if (FShell)
-        FShell->ServiceClassAdded(serviceClass);
+void TZOOpenDocuments::Put(TEntry& AEntry, std::unique_ptr<TZOApiDocument> ADocument) {
+    // What it was made of goes when nothing refers to it any more.
+    const auto old = std::exchange(AEntry.Document, std::move(ADocument));
+    const TZORestServiceClass* oldClass = old ? old->ServiceClass() : nullptr;
+    const TZORestServiceClass* newClass = AEntry.Document->ServiceClass();
+    if (newClass)
+        TZORestServiceClass::Register(newClass);
+    if (FShell && oldClass && newClass)
+        FShell->ServiceClassReplaced(oldClass, newClass);
+    else if (FShell && newClass)
+        FShell->ServiceClassAdded(newClass);
+    if (oldClass)
+        TZORestServiceClass::Unregister(oldClass);
 }
 
 void TZOOpenDocuments::Hide(TEntry& AEntry) {

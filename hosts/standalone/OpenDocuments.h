@@ -29,8 +29,8 @@ public:
     TZOOpenDocuments(TZOShellFrame* AShell, QObject* AOwner);
     ~TZOOpenDocuments() override;
 
-    /// Reads AFileName and adds its service, in the place of what was read from it before: pages of that
-    /// are left. When the new one is refused, the old one stays.
+    /// Reads AFileName and adds its service, in the place of what was read from it before: pages of that are
+    /// made again where the new one has what they show. When the new one is refused, the old one stays.
     TOutcome Open(const QString& AFileName, const TZOApiDocument::TProgress& AProgress);
     /// Removes the service; pages of it are left.
     void Close(const QString& APath);
@@ -63,7 +63,7 @@ private:
         QHash<QString, TStamp> Stamps;
     };
 
-    void Show(TEntry& AEntry);
+    void Put(TEntry& AEntry, std::unique_ptr<TZOApiDocument> ADocument);
     void Hide(TEntry& AEntry);
     void Watch(TEntry& AEntry);
     void CheckFiles();

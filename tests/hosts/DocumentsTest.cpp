@@ -24,6 +24,7 @@
 #include <QMimeData>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -109,6 +110,35 @@ protected:
         QDropEvent drop(QPointF(2, 2), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                         Qt::NoModifier);
         QCoreApplication::sendEvent(AWidget, &drop);
+    }
+    /// Opens the row of a list that the text finds.
+    void OpenRow(const QString& AText) const {
+        const int depth = Window->Shell()->GetNavStackCount();
+        QTest::keyClicks(QApplication::focusWidget(), AText.left(1));
+        QTest::keyClicks(QApplication::focusWidget(), AText.mid(1));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Window->Shell()->GetNavStackCount() > depth; }));
+    }
+    QStringList Stack() const {
+        QStringList captions;
+        for (int i = 0; i < Window->Shell()->GetNavStackCount(); ++i)
+            captions.append(Window->Shell()->GetNavStack(i)->Caption());
+        return captions;
+    }
+    /// Changes a document and takes the offer.
+    void Reload(const QString& AName, const QByteArray& AText) const {
+        Write(AName, AText);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Offer() != nullptr; }, 10000));
+        QTest::mouseClick(Button(Offer(), "Reload"), Qt::LeftButton);
+        QCoreApplication::processEvents();
+    }
+    /// Where the request goes that the page shows.
+    QString Address() const {
+        QTest::mouseClick(Window->findChild<QWidget*>("CopyCurlLabel"), Qt::LeftButton);
+        return QRegularExpression("http://localhost[^' ]*")
+            .match(QGuiApplication::clipboard()->text())
+            .captured();
     }
     QString Notice() const { return Window->findChild<TZONoticeBar*>()->findChild<QLabel*>()->text(); }
     TZOProblemWindow* Problems() const { return Window->findChild<TZOProblemWindow*>(); }
@@ -229,6 +259,37 @@ TEST_F(Documents, ThatChangeOnDiskAreOfferedForReload) {
     QTest::mouseClick(Button(Offer(), "Dismiss"), Qt::LeftButton);
     EXPECT_FALSE(Offer());
     EXPECT_EQ(Operations(index), QStringList{"changed"});
+}
+
+TEST_F(Documents, ThatAreReloadedStayAtTheirPage) {
+    const auto api = [](const QByteArray& AOperation, const QByteArray& AParameters) {
+        return "openapi: 3.0.0\ninfo: {title: One, version: '1'}\npaths:\n  /a: {get: {operationId: " +
+               AOperation + ", parameters: [" + AParameters + "], responses: {}}}\n";
+    };
+    const QByteArray q = "{name: q, in: query, schema: {type: string}}";
+    Window->OpenDocuments({Write("one.yaml", api("first", q)), Write("two.yaml", Api("Two", "second"))});
+    const QStringList services = Services();
+    OpenRow("One_");
+    OpenRow("first");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QTest::keyClicks(QApplication::focusWidget(), "typed");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    ASSERT_EQ(Address(), "http://localhost/a?q=typed");
+
+    Reload("one.yaml", api("first", q + ", {name: r, in: query, schema: {type: string}}"));
+    EXPECT_EQ(Stack(), (QStringList{"Services", ClassName("One"), "first"}));
+    EXPECT_EQ(Services(), services);
+    EXPECT_EQ(Address(), "http://localhost/a?q=typed");
+
+    // What does not fit any more is forgotten.
+    Reload("one.yaml", api("first", "{name: q, in: query, schema: {type: boolean}}"));
+    EXPECT_EQ(Stack(), (QStringList{"Services", ClassName("One"), "first"}));
+    EXPECT_EQ(Address(), "http://localhost/a");
+
+    Reload("one.yaml", api("other", q));
+    EXPECT_EQ(Stack(), (QStringList{"Services", ClassName("One")}));
+    EXPECT_EQ(Services(), services);
 }
 
 TEST_F(Documents, ThatCannotBeReadAnyMoreStayAsTheyWere) {

@@ -41,6 +41,7 @@ class TTestPageFrame : public TZOPageFrame {
 public:
     TTestPageFrame(const QString& ACaption, QStringList* ALog, bool AIsServiceList);
     ~TTestPageFrame() override;
+    TPageMaker MakerAgain() override { return Again; }
 
     const QString Caption;
     QStringList* const Log;
@@ -48,6 +49,8 @@ public:
     TZOAuthState State = asHidden;
     /// Called by the page's own Clicked-like action.
     std::function<void()> OnOptions;
+    /// What its MakerAgain answers.
+    TPageMaker Again;
 };
 
 class ShellTest : public testing::Test, public IZOPageFactory {

@@ -138,6 +138,56 @@ TEST_F(ShellServices, StayOnThePageOfAnotherClass) {
     EXPECT_EQ(Shell->GetServiceCount(), 1);
 }
 
+TEST_F(ShellServices, KeepThePlaceAndThePagesOfAClassThatIsReplaced) {
+    ShowShell();
+    TZOServiceItem* old = Shell->GetServices(0);
+    const auto next = MakeServiceClass(QStringLiteral("TNext"), QStringLiteral("Next."));
+    // Three pages: the one on top cannot be made again, nor can what would be above it.
+    for (const char* caption : {"list", "gone", "above"}) {
+        TZOShellPage* page = MakePage(QLatin1String(caption), false, old);
+        FrameOf(page)->Again = [this, caption](TZOServiceItem* AItem) -> TZOShellPage* {
+            return QLatin1String(caption) == QLatin1String("gone")
+                       ? nullptr
+                       : MakePage(QStringLiteral("new ") + QLatin1String(caption), false, AItem);
+        };
+        Shell->NavigateAsync(page);
+        Settle();
+    }
+    Log.clear();
+    Shell->ServiceClassReplaced(First.get(), next.get());
+    EXPECT_EQ(Stack(), (QStringList{QStringLiteral("Services"), QStringLiteral("new list")}));
+    EXPECT_EQ(Log,
+              (QStringList{QStringLiteral("destroyed above"), QStringLiteral("destroyed gone"),
+                           QStringLiteral("destroyed list"), QStringLiteral("Services removed TFirstService"),
+                           QStringLiteral("Services added TNext")}));
+    ASSERT_EQ(Shell->GetServiceCount(), 2);
+    EXPECT_EQ(Shell->GetServices(0)->SvcClass(), next.get());
+    EXPECT_EQ(Shell->GetNavStackTop()->Service(), Shell->GetServices(0));
+    EXPECT_TRUE(Shell->GetNavStackTop()->Frame()->isVisible());
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services > new list"));
+    Shell->ServiceClassRemoved(next.get());
+}
+
+TEST_F(ShellServices, LeaveThePagesOfOthersWhenAClassIsReplaced) {
+    ShowShell();
+    const auto next = MakeServiceClass(QStringLiteral("TNext"), QStringLiteral("Next."));
+    TTestService component(Second.get());
+    Shell->ExploreComponent(&component);
+    Settle();
+    TZOShellPage* page = Shell->GetNavStackTop();
+    Shell->ServiceClassReplaced(First.get(), next.get());
+    EXPECT_EQ(Shell->GetNavStackTop(), page);
+    EXPECT_EQ(Shell->GetServices(1)->SvcClass(), next.get());
+    // A user's component goes with its class, and so does its page.
+    Shell->ServiceClassReplaced(Second.get(), First.get());
+    Settle();
+    EXPECT_EQ(Bar(), QStringLiteral("Services"));
+    ASSERT_EQ(Shell->GetServiceCount(), 2);
+    EXPECT_EQ(Shell->GetServices(1)->SvcClass(), First.get());
+    Shell->ServiceClassRemoved(next.get());
+}
+
 TEST_F(ShellServices, LoseAUsersComponentWithItsClass) {
     ShowShell();
     TTestService component(First.get());
