@@ -79,6 +79,8 @@ void TZOInplaceEditor::Hide() {
     // Hiding the control that has the focus would hand it on to whatever comes next.
     if (hasFocus())
         FView->setFocus();
+    if (isVisible())
+        FView->FUncovered += geometry();
     hide();
 }
 

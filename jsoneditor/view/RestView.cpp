@@ -7,6 +7,7 @@
 #include "jsoneditor/view/RowIndex_p.h"
 #include "jsoneditor/view/RowMeasure_p.h"
 #include "jsoneditor/view/ScrollMath_p.h"
+#include "jsoneditor/view/ViewScrollBar_p.h"
 #include "platform/ExceptionDisplay.h"
 
 #include <QApplication>
@@ -47,7 +48,7 @@ TZORestView::TZORestView(QWidget* AParent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFont(DefaultFont());
-    FScrollBar = new QScrollBar(Qt::Vertical, this);
+    FScrollBar = new TZOViewScrollBar(this);
     FScrollBar->hide();
     FScrollBar->setCursor(Qt::ArrowCursor);
     // A wheel over the bar is the view's like any other.
@@ -119,10 +120,14 @@ void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
     const QRect client = ClientRect();
     const int delta = AOldScroll - FYScroll;
     if (std::exchange(FRepaintAll, false) || qAbs(delta) >= client.height()) {
-        update();
+        // The bar sees to itself.
+        update(client);
         return;
     }
     if (delta != 0) {
+        // Qt moves no picture with a hole in it: it would paint all of it again.
+        if (!FUncovered.isEmpty())
+            repaint(FUncovered);
         // What is painted moves along with its rows; only rows that come into sight are painted.
         scroll(0, delta, client);
         for (TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next())

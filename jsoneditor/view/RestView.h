@@ -188,6 +188,7 @@ protected:
     void changeEvent(QEvent* AEvent) override;
     void contextMenuEvent(QContextMenuEvent* AEvent) override;
     void focusInEvent(QFocusEvent* AEvent) override;
+    void focusOutEvent(QFocusEvent* AEvent) override;
     void keyReleaseEvent(QKeyEvent* AEvent) override;
     void leaveEvent(QEvent* AEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* AEvent) override;
@@ -280,6 +281,7 @@ private:
     std::unique_ptr<TZOExposureWatch> FExposure;
     std::unique_ptr<TZOAccessibleRows> FAccessible;
     QRect FLaidOutRect;
+    QRegion FUncovered; // where an editor stood that was hidden since the last paint
     quint64 FRevision = 0;
     quint64 FToldRevision = 0;
     QString FMarkText;

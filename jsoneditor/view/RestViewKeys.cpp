@@ -150,8 +150,11 @@ void TZORestView::KeyTab(int& AKey, bool ABackwards) {
         MoveSelection(FSelected, EditorShown() ? seDefaultChunk : seNoChange);
 }
 
-void TZORestView::focusInEvent(QFocusEvent* AEvent) {
-    QWidget::focusInEvent(AEvent);
+// The base class repaints the whole widget whenever the focus comes or goes, which it does between the view
+// and its editors with each row that is selected. What looks different is repainted by ActiveStateChanged.
+void TZORestView::focusOutEvent(QFocusEvent*) {}
+
+void TZORestView::focusInEvent(QFocusEvent*) {
     if (EditorShown() && !FEditor->FHiding)
         FEditor->SetFocus();
 }

@@ -127,6 +127,7 @@ QColor TZORestView::GetChunkTextColor(const TZORowChunk* AChunk) const {
 void TZORestView::paintEvent(QPaintEvent* AEvent) {
     QPainter painter(this);
     QRegion rest = AEvent->region();
+    FUncovered -= rest;
     for (const TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next()) {
         if (!layout->Row() || !rest.intersects(layout->Bounds()))
             continue;

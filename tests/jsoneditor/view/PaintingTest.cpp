@@ -1,9 +1,7 @@
 #include "tests/jsoneditor/view/TextView.h"
 
-#include <QEvent>
 #include <QFontMetrics>
 #include <QImage>
-#include <QPaintEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -30,22 +28,6 @@ int Marks(TZORestView& AView, TZOViewRow* ARow) {
         count += color == qRgb(0xFF, 0xE9, 0x9A) ? 1 : color == qRgb(0xFF, 0xB8, 0x4D) ? 10 : 0;
     return count;
 }
-
-class TPaintCounter : public QObject {
-public:
-    explicit TPaintCounter(QObject* AWatched) { AWatched->installEventFilter(this); }
-    int Paints = 0;
-    QRegion Painted;
-
-protected:
-    bool eventFilter(QObject*, QEvent* AEvent) override {
-        if (AEvent->type() == QEvent::Paint) {
-            ++Paints;
-            Painted += static_cast<QPaintEvent*>(AEvent)->region();
-        }
-        return false;
-    }
-};
 
 class TTokenSource : public TZODataSource {
 public:
@@ -127,28 +109,28 @@ TEST(Painting, RepaintsForANewColourWithoutAskingForRowsAgain) {
     ASSERT_TRUE(text.View.Hover()->IsShownAt(text.Row(0), 3));
     const TZOViewRowLayout* layout = text.Row(0)->Layout();
     text.Source.Configured = 0;
-    TPaintCounter counter(&text.View);
+    TPaintWatch watch(&text.View);
     text.View.SetSelectedColor(Qt::yellow);
-    EXPECT_TRUE(WaitFor([&] { return counter.Paints > 0; }));
+    EXPECT_TRUE(WaitFor([&] { return watch.Paints > 0; }));
     EXPECT_EQ(text.Source.Configured, 0);
     EXPECT_EQ(text.Row(0)->Layout(), layout);
     for (const TZOInplaceEditor* editor : {text.View.Editor(), text.View.Hover()})
         EXPECT_EQ(editor->palette().color(QPalette::Base), QColor(9, 9, 9));
     QCoreApplication::processEvents();
-    counter.Paints = 0;
+    watch.Paints = 0;
     text.View.SetSelectedColor(Qt::yellow);
     QCoreApplication::processEvents();
-    EXPECT_EQ(counter.Paints, 0);
+    EXPECT_EQ(watch.Paints, 0);
 }
 
 TEST(Painting, RepaintsOnlyTheRowThatIsTypedInto) {
     TTextView text(Two);
     text.View.SelectRow(text.Row(1), seFirstChunk);
     QCoreApplication::processEvents();
-    TPaintCounter counter(&text.View);
+    TPaintWatch watch(&text.View);
     text.Press(QStringLiteral("'x'"));
-    EXPECT_TRUE(WaitFor([&] { return counter.Paints > 0; }));
-    EXPECT_EQ(counter.Painted.boundingRect(), text.Row(1)->Layout()->Bounds());
+    EXPECT_TRUE(WaitFor([&] { return watch.Paints > 0; }));
+    EXPECT_EQ(watch.Painted.boundingRect(), text.Row(1)->Layout()->Bounds());
 }
 
 TEST(Painting, AsksForEveryRowAgainAfterAFontOrASize) {

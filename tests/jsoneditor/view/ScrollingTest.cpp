@@ -1,7 +1,6 @@
 // Scrolling of a view that is not auto-sized.
 #include "tests/jsoneditor/view/TextView.h"
 
-#include <QEvent>
 #include <QScrollBar>
 #include <QTest>
 
@@ -23,18 +22,6 @@ protected:
     int RowHeight() const { return Text.View.RowHeight(); }
 
     TTextView Text{ManyRows(100)};
-};
-
-class TPaintCounter : public QObject {
-public:
-    explicit TPaintCounter(QObject* AWatched) { AWatched->installEventFilter(this); }
-    int Paints = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* AEvent) override {
-        Paints += AEvent->type() == QEvent::Paint;
-        return false;
-    }
 };
 
 } // namespace
@@ -107,11 +94,11 @@ TEST_F(Scrolling, ShowsARowWithTheSmallestChange) {
 TEST_F(Scrolling, DoesNothingForARowThatIsWhollyInSight) {
     Text.View.ScrollTo(40);
     QCoreApplication::processEvents();
-    TPaintCounter counter(&Text.View);
+    TPaintWatch watch(&Text.View);
     Text.View.ScrollTo(Text.Row(4));
     QCoreApplication::processEvents();
     EXPECT_EQ(Text.View.YScroll(), 40);
-    EXPECT_EQ(counter.Paints, 0);
+    EXPECT_EQ(watch.Paints, 0);
 }
 
 TEST_F(Scrolling, RunsATaskOnTheSizesOfTheUpdate) {

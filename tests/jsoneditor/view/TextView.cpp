@@ -190,6 +190,14 @@ void TTextView::THost::wheelEvent(QWheelEvent* AEvent) {
     AEvent->accept();
 }
 
+bool TPaintWatch::eventFilter(QObject*, QEvent* AEvent) {
+    if (AEvent->type() == QEvent::Paint) {
+        ++Paints;
+        Painted += static_cast<QPaintEvent*>(AEvent)->region();
+    }
+    return false;
+}
+
 void TurnWheel(QWidget* AWidget, int ADelta) {
     const QPoint point = AWidget->rect().center();
     QWheelEvent wheel(point, AWidget->mapToGlobal(point), {}, QPoint(0, ADelta), Qt::NoButton, Qt::NoModifier,

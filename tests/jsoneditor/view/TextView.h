@@ -6,6 +6,7 @@
 #include "jsoneditor/view/RestView.h"
 #include "platform/ExceptionDisplay.h"
 
+#include <QRegion>
 #include <QStringList>
 #include <QWidget>
 
@@ -93,6 +94,17 @@ public:
 
 private:
     TZOExceptionDisplay FPrevious;
+};
+
+/// Sees what a widget paints.
+class TPaintWatch : public QObject {
+public:
+    explicit TPaintWatch(QObject* AWatched) { AWatched->installEventFilter(this); }
+    int Paints = 0;
+    QRegion Painted;
+
+protected:
+    bool eventFilter(QObject* AWatched, QEvent* AEvent) override;
 };
 
 /// Turns the wheel over AWidget by ADelta (120 a notch, negative is down).
