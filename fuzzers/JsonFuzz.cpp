@@ -53,9 +53,11 @@ struct TTypes {
     }
 };
 
-/// Whether another parser takes AJson. It skips a byte order mark, which is no JSON.
+/// Whether another parser takes AJson. It skips a byte order mark and stops at a zero byte, which are no
+/// JSON.
 bool IsJsonToOthers(const QByteArray& AJson) {
-    return !AJson.startsWith("\xEF\xBB\xBF") && nlohmann::json::accept(AJson.begin(), AJson.end());
+    return !AJson.startsWith("\xEF\xBB\xBF") && !AJson.contains('\0') &&
+           nlohmann::json::accept(AJson.begin(), AJson.end());
 }
 
 bool NestsDeeply(const QByteArray& AJson) {

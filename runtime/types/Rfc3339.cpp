@@ -13,6 +13,9 @@ constexpr qint64 MicrosPerDay = 86'400'000'000;
 constexpr qint64 MicrosPerSecond = 1'000'000;
 /// Days from 1899-12-30 to 1970-01-01.
 constexpr qint64 UnixEpoch = 25569;
+/// 0000-01-01 and 9999-12-31, the days that four digits of a year can name first and last.
+constexpr qint64 FirstDay = -693959;
+constexpr qint64 LastDay = 2958465;
 
 /// Reads fixed-width fields from the front of a text.
 class TFields {
@@ -154,9 +157,9 @@ char* PutNumber(char* APlace, qint64 ANumber, int ADigits) {
 }
 
 char* PutDate(char* APlace, qint64 ADays) {
-    const std::chrono::sys_days day{std::chrono::days(ADays - UnixEpoch)};
+    const std::chrono::sys_days day{std::chrono::days(std::clamp(ADays, FirstDay, LastDay) - UnixEpoch)};
     const std::chrono::year_month_day date(day);
-    APlace = PutNumber(APlace, std::clamp(int(date.year()), 0, 9999), 4);
+    APlace = PutNumber(APlace, int(date.year()), 4);
     *APlace++ = '-';
     APlace = PutNumber(APlace, unsigned(date.month()), 2);
     *APlace++ = '-';
@@ -190,7 +193,7 @@ QString TZORfc3339::ToStr(TDateTime AValue) {
     const qint64 resolution = Resolution(AValue);
     micros = (micros + resolution / 2) / resolution * resolution;
     if (micros >= MicrosPerDay) {
-        micros = 0;
+        micros = days < LastDay ? 0 : MicrosPerDay - resolution;
         ++days;
     }
     char text[32];
@@ -227,12 +230,15 @@ bool TZORfc3339::TryParse(std::string_view AText, TDateTime& AValue) {
         return false;
     // Leap seconds are inserted at the end of a UTC day only.
     const qint64 ofDay = ((*micros % MicrosPerDay) + MicrosPerDay) % MicrosPerDay;
-    if (isLeapSecond && ofDay >= MicrosPerSecond)
+    if (isLeapSecond && ofDay > MicrosPerSecond) // its fraction may have been rounded up
         return false;
     const qint64 total = *days * MicrosPerDay + *micros;
     const qint64 wholeDays =
         (total - (((total % MicrosPerDay) + MicrosPerDay) % MicrosPerDay)) / MicrosPerDay;
-    AValue = double(wholeDays) + double(total - wholeDays * MicrosPerDay) / double(MicrosPerDay);
+    if (wholeDays < FirstDay || wholeDays > LastDay)
+        return false;
+    AValue = std::min(double(wholeDays) + double(total - wholeDays * MicrosPerDay) / double(MicrosPerDay),
+                      std::nextafter(double(LastDay + 1), 0));
     return true;
 }
 

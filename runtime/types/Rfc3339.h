@@ -13,8 +13,8 @@ public:
     /// Full-date, "2024-02-29".
     static QString DateToStr(TDateTime AValue);
     /// Reads a date-time with any offset (the instant is kept to the microsecond; a leap second counts as
-    /// the second that follows it) or a full-date. Years 0000 to 9999. Raises EConvertError, quoting the
-    /// text, for anything that RFC 3339 does not allow.
+    /// the second that follows it) or a full-date. Years 0000 to 9999, in UTC, too. Raises EConvertError,
+    /// quoting the text, for anything that RFC 3339 does not allow.
     static TDateTime Parse(const QString& AText);
     /// The same without exceptions; false leaves AValue alone.
     static bool TryParse(QStringView AText, TDateTime& AValue);
