@@ -1,22 +1,25 @@
 // What a server sends: whatever it is, the client ends with an answer or a failure of its own, and says it in
 // plain text.
 #include "fuzzers/Fuzz.h"
-#include "fuzzers/FuzzServer.h"
 
 #include "runtime/http/HttpClient.h"
 #include "runtime/http/HttpRecord.h"
 #include "runtime/service/ResponseText_p.h"
 #include "runtime/types/Failures.h"
+#include "tests/servers/RawServer.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* AData, std::size_t ASize) {
-    static TFuzzServer server;
-    server.SetAnswer(Fuzz::Bytes(AData, ASize));
+    const QByteArray answer = Fuzz::Bytes(AData, ASize);
+    const TRawServer server([&](TRawServer::TConnection& AConnection) {
+        AConnection.ReadHead();
+        AConnection.Write(answer);
+    });
     TZOHttpClient client;
     client.Limits().MaxBodyBytes = 1 << 20;
     client.Limits().MaxRedirects = 2;
     TZOHttpRecord record;
     TZOHttpRequest request;
-    request.Url = server.Url();
+    request.Url = server.Url("/");
     request.Record = &record;
     try {
         const TZOHttpResponse response = client.Execute(request);

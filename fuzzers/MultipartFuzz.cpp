@@ -1,10 +1,10 @@
 // Multipart bodies (RFC 7578): names, types and contents of any bytes arrive as what they are, in parts that
 // no content can break out of.
 #include "fuzzers/Fuzz.h"
-#include "fuzzers/FuzzServer.h"
 
 #include "runtime/http/HttpClient.h"
 #include "runtime/types/Failures.h"
+#include "tests/servers/RawServer.h"
 
 #include <QBuffer>
 
@@ -45,12 +45,11 @@ QList<QByteArray> PartsOf(const QByteArray& ARequest) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* AData, std::size_t ASize) {
-    static TFuzzServer server;
-    server.SetAnswer("HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    const TRawServer server(TRawServer::Answering([](const QByteArray&) { return TRawServer::Answer({}); }));
     QByteArray input = Fuzz::Bytes(AData, ASize);
     TZOHttpRequest request;
     request.Method = "POST";
-    request.Url = server.Url();
+    request.Url = server.Url("/");
     request.Body.Kind = bkMultipart;
     std::list<QBuffer> streams;
     while (!input.isEmpty() && request.Body.Parts.size() < 8) {
@@ -74,7 +73,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* AData, std::size_t ASize) {
         Fuzz::Require(!failure.Message().isEmpty(), "a failure says something");
         return 0;
     }
-    const QList<QByteArray> parts = PartsOf(server.LastRequest());
+    const QList<QByteArray> parts = PartsOf(server.Requests().value(0));
     Fuzz::Require(parts.size() == request.Body.Parts.size(), "as many parts arrive as were sent");
     for (qsizetype index = 0; index < parts.size(); ++index) {
         const qsizetype headEnd = parts[index].indexOf("\r\n\r\n");

@@ -13,6 +13,8 @@ constexpr int WaitMs = 25;
 /// The transport hands over 16 KiB at a time; a destination is better served with more.
 constexpr qsizetype PendingBytes = 64 * 1024;
 constexpr long StreamBufferBytes = 64 * 1024;
+/// Bytes of a streamed body that are sent without asking the server first (RFC 9110, 10.1.1).
+constexpr qint64 LargestUnaskedBody = 1024 * 1024;
 constexpr qsizetype UsualHeaders = 16;
 /// A parser may read a little beyond the end; a body with room there need not be copied for it.
 constexpr qint64 ParserRoomBytes = 64;
@@ -114,6 +116,11 @@ void TZOCurlTransfer::SetUpHeaders() {
                                                : FExchange.Body->ContentType;
     // Without this line the transport would claim that every body is a form.
     append(type.isEmpty() ? QByteArray("Content-Type:") : "Content-Type: " + type);
+    // Asking first is worth a round trip for much only; a server that does not know it costs a second.
+    const bool isSmall =
+        FExchange.Source && FExchange.Source->Size() >= 0 && FExchange.Source->Size() <= LargestUnaskedBody;
+    if (isSmall)
+        append("Expect:");
     curl_easy_setopt(FEasy, CURLOPT_HTTPHEADER, FHeaderList.get());
 }
 

@@ -47,6 +47,19 @@ TEST_F(TBody, BytesAreSentWithTypeAndLength) {
     EXPECT_THAT(SentText(), testing::EndsWith("\r\n\r\n{\"a\":1}"));
 }
 
+TEST_F(TBody, OnlyALargeOneWaitsForTheServerToAskForIt) {
+    QBuffer stream;
+    stream.setData(QByteArray(1 << 20, 'x'));
+    stream.open(QIODevice::ReadOnly);
+    Client.Execute(Streaming(stream));
+    EXPECT_THAT(SentText(), Not(HasSubstr("Expect:")));
+    stream.close();
+    stream.setData(QByteArray((1 << 20) + 1, 'x'));
+    stream.open(QIODevice::ReadOnly);
+    Client.Execute(Streaming(stream));
+    EXPECT_THAT(Server.Requests().value(1).toStdString(), HasSubstr("Expect: 100-continue\r\n"));
+}
+
 TEST_F(TBody, APostWithoutBodySaysSo) {
     Client.Execute(Request("POST", Server.Url("/x")));
     EXPECT_THAT(SentText(), HasSubstr("Content-Length: 0\r\n"));
