@@ -1,160 +1,136 @@
 // Values whose type the text itself chooses: polymorphic objects and unions.
 #include "runtime/json/JsonDecoder_p.h"
 
-#include "runtime/types/JsonText.h"
+#include "runtime/types/Storage.h"
 #include "runtime/types/TypeLibrary.h"
 #include "runtime/types/ValueHolder.h"
 
-using namespace simdjson;
+#include <memory>
 
-bool TZOJsonDecoder::FillObject(TValue& AValue, std::string_view AToken, const ZOObject::TTypeInfo* AType,
-                                ZOObject*& AObject) {
-    if (AToken.front() != '{')
-        return FailType(AType, AToken);
-    if (!Enter(AToken))
-        return false;
-    ondemand::object fields;
-    if (const auto error = AValue.get_object().get(fields))
-        return FailSyntax(error);
-    QByteArray discriminator;
-    if (AType->GetHasSubtypes()) {
-        discriminator = AType->DiscriminatorName().toUtf8();
-        QString name;
-        bool found = false;
-        if (!PlainText(fields, std::string_view(discriminator.constData(), std::size_t(discriminator.size())),
-                       name, found))
-            return false;
-        const ZOObject::TSubtype* subtype = AType->FindSubtype(name);
-        if (!found)
-            return Fail(
-                QStringLiteral("the object has no \"%1\" to tell its type").arg(AType->DiscriminatorName()),
-                AToken.data());
-        if (!subtype) {
-            Fail(QStringLiteral("\"%1\" is none of the types that can stand here").arg(name), AToken.data());
-            return Step(QStringView(AType->DiscriminatorName()));
-        }
-        delete AObject;
-        AObject = subtype->Type->CreateInstance().release();
-    }
-    if (!FillProperties(fields, AObject,
-                        std::string_view(discriminator.constData(), std::size_t(discriminator.size()))))
-        return false;
-    --FDepth;
-    return true;
-}
-
-bool TZOJsonDecoder::PlainText(ondemand::object& AFields, std::string_view AKey, QString& AText,
-                               bool& AFound) {
-    TValue value;
-    const auto error = AFields.find_field_unordered(AKey).get(value);
-    AFound = error == SUCCESS;
-    if (error && error != NO_SUCH_FIELD)
-        return FailSyntax(error);
-    if (AFound) {
-        // Read from the raw token: the parser's space for strings holds each string only once.
-        std::string_view token;
-        if (!Token(value, token))
-            return false;
-        if (token.size() < 2 || token.front() != '"')
-            return Fail(QStringLiteral("the name of a type is expected"), token.data());
-        QByteArray wrapped = "[" + QByteArray(token.data(), qsizetype(token.size())) + "]";
-        const auto size = std::size_t(wrapped.size());
-        wrapped.append(qsizetype(SIMDJSON_PADDING), ' ');
-        TZOJsonDecoder inner(wrapped.constData(), size);
-        TZOValueHolder text(TZOTypeLibrary::Scalar(vkString), true);
-        if (!inner.DecodeOnlyElement(text.Type(), text))
-            return Fail(inner.Message(), token.data());
-        void* ref = nullptr;
-        if (text.GetValue(ref))
-            AText = *static_cast<QString*>(ref);
-    }
-    bool isEmpty = false;
-    if (const auto again = AFields.reset().get(isEmpty))
-        return FailSyntax(again);
-    return true;
-}
-
-bool TZOJsonDecoder::FillUnion(TValue& AValue, std::string_view AToken, const ZOUnion::TTypeInfo* AType,
-                               ZOUnion* AUnion) {
-    return AType->Form() == ufTagged ? FillTagged(AValue, AToken, AUnion) : FillBare(AValue, AToken, AUnion);
-}
-
-bool TZOJsonDecoder::FillTagged(TValue& AValue, std::string_view AToken, ZOUnion* AUnion) {
-    const ZOUnion::TTypeInfo* type = ZOUnion::TData::Type(AUnion);
-    if (AToken.front() != '{')
-        return FailType(type, AToken);
-    if (!Enter(AToken))
-        return false;
-    ondemand::object fields;
-    if (const auto error = AValue.get_object().get(fields))
-        return FailSyntax(error);
-    const QByteArray tagName = type->TagName().toUtf8();
-    const std::string_view tagKey(tagName.constData(), std::size_t(tagName.size()));
+bool TZOJsonDecoder::FillObject(const ZOObject::TTypeInfo* AType, ZOObject*& AObject) {
+    if (FTokens.Peek() != '{')
+        return FailType(AType, FTokens.Token());
+    if (!AType->GetHasSubtypes())
+        return FillProperties(AObject, {});
+    const char* start = FTokens.Start();
+    const std::string discriminator = AType->DiscriminatorName().toStdString();
     QString name;
     bool found = false;
-    if (!PlainText(fields, tagKey, name, found))
+    if (!PeekText(discriminator, name, found))
         return false;
-    const PTag tag = type->FindTag(name);
+    if (!found)
+        return Fail(
+            QStringLiteral("the object has no \"%1\" to tell its type").arg(AType->DiscriminatorName()),
+            start);
+    const ZOObject::TSubtype* subtype = AType->FindSubtype(name);
+    if (!subtype) {
+        Fail(QStringLiteral("\"%1\" is none of the types that can stand here").arg(name), start);
+        return Step(QStringView(AType->DiscriminatorName()));
+    }
+    delete AObject;
+    AObject = subtype->Type->CreateInstance().release();
+    return FillProperties(AObject, discriminator);
+}
+
+bool TZOJsonDecoder::PeekText(std::string_view AKey, QString& AText, bool& AFound) {
+    const TZOJsonTokens::TPlace place = FTokens.Place();
+    FTokens.Drop();
+    // What is leapt over here is checked when the object is read.
+    while (!AFound && !FTokens.IsAtEnd() && FTokens.Peek() != '}') {
+        std::string_view key;
+        if (!Key(key))
+            return false;
+        AFound = Unescaped(key) == AKey;
+        if (!AFound) {
+            Leap();
+            FTokens.Take(',');
+        }
+    }
+    if (FTokens.IsAtEnd())
+        return FailSyntax();
+    if (AFound && !TakeNull(TZOTypeLibrary::Scalar(vkString))) {
+        if (FTokens.Peek() != '"')
+            return Fail(QStringLiteral("the name of a type is expected"), FTokens.Start());
+        if (!FillString(AText))
+            return false;
+    }
+    FTokens.GoTo(place);
+    return true;
+}
+
+bool TZOJsonDecoder::FillUnion(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
+    return AType->Form() == ufTagged ? FillTagged(AType, AUnion) : FillBare(AType, AUnion);
+}
+
+bool TZOJsonDecoder::FillTagged(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
+    if (FTokens.Peek() != '{')
+        return FailType(AType, FTokens.Token());
+    const char* start = FTokens.Start();
+    const std::string tagKey = AType->TagName().toStdString();
+    QString name;
+    bool found = false;
+    if (!PeekText(tagKey, name, found))
+        return false;
+    const PTag tag = AType->FindTag(name);
     if (!tag) {
         return Fail(
             found ? QStringLiteral("\"%1\" is none of the alternatives that can stand here").arg(name)
-                  : QStringLiteral("the object has no \"%1\" to tell its alternative").arg(type->TagName()),
-            AToken.data());
+                  : QStringLiteral("the object has no \"%1\" to tell its alternative").arg(AType->TagName()),
+            start);
     }
     void* storage = nullptr;
     ZOUnion::TData::SetTag(AUnion, tag->Index, true, storage);
-    for (auto result : fields) {
-        ondemand::field field;
-        if (const auto error = std::move(result).get(field))
-            return FailSyntax(error);
-        const bool isTag = field.key().unsafe_is_equal(tagKey);
-        std::string_view key, token;
-        if (!Key(field, key) || !Token(field.value(), token))
+    return ForEach('}', [&] {
+        std::string_view key;
+        if (!Key(key))
             return false;
-        const bool isValue = !isTag && key == "value" && tag->Type && token != "null";
-        if (isValue ? !Fill(field.value(), token, tag->Type, storage) : !Skip(field.value(), token))
-            return Step(key);
-    }
-    --FDepth;
-    return true;
+        const bool isValue = tag->Type && Unescaped(key) == "value" && FTokens.Token() != "null";
+        if (!isValue)
+            return Skip() || Step(key);
+        // The last one of repeated keys counts, and nothing of the earlier ones.
+        ZOStorage::Renew(tag->Type, storage);
+        return Fill(tag->Type, storage) || Step(key);
+    });
 }
 
-bool TZOJsonDecoder::FillBare(TValue& AValue, std::string_view AToken, ZOUnion* AUnion) {
-    QByteArray text;
-    if (!FillAny(AValue, AToken, text))
+bool TZOJsonDecoder::FillBare(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
+    const char* start = FTokens.Start();
+    const bool isNull = FTokens.Token() == "null";
+    const TZOJsonTokens::TPlace before = FTokens.Place();
+    if (!Skip())
         return false;
-    const ZOUnion::TTypeInfo* type = ZOUnion::TData::Type(AUnion);
-    QByteArray wrapped = "[" + text + "]";
-    const auto size = std::size_t(wrapped.size());
-    wrapped.append(qsizetype(SIMDJSON_PADDING), ' ');
+    const TZOJsonTokens::TPlace behind = FTokens.Place();
 
     PTag best = nullptr;
     int bestMisfits = 0;
-    for (const ZOUnion::TTag& tag : type->Tags()) {
+    std::unique_ptr<TZOValueHolder> bestValue;
+    for (const ZOUnion::TTag& tag : AType->Tags()) {
         if (!tag.Type) {
-            if (text == "null")
+            if (isNull)
                 best = &tag;
             continue;
         }
-        TZOJsonDecoder trial(wrapped.constData(), size, FDepth);
-        trial.CountMisfits();
-        TZOValueHolder value(tag.Type, true);
-        const bool fits = trial.DecodeOnlyElement(tag.Type, value) && value.HasValue();
-        if (fits && (!best || trial.Misfits() < bestMisfits)) {
+        FTokens.GoTo(before);
+        TZOJsonDecoder trial(FTokens, FTexts, FDepth);
+        trial.FCountsMisfits = true;
+        auto value = std::make_unique<TZOValueHolder>(tag.Type, true);
+        const auto set = [&](bool has, void*& ref) { return value->SetValue(has, ref); };
+        const bool fits = trial.FillSlot(tag.Type, set) && value->HasValue();
+        if (fits && (!best || trial.FMisfits < bestMisfits)) {
             best = &tag;
-            bestMisfits = trial.Misfits();
+            bestMisfits = trial.FMisfits;
+            bestValue = std::move(value);
         }
         if (best && bestMisfits == 0)
             break;
     }
+    FTokens.GoTo(behind);
     if (!best)
-        return Fail(QStringLiteral("the value fits none of the alternatives that can stand here"),
-                    AToken.data());
+        return Fail(QStringLiteral("the value fits none of the alternatives that can stand here"), start);
     void* storage = nullptr;
     ZOUnion::TData::SetTag(AUnion, best->Index, true, storage);
-    if (!best->Type)
-        return true;
-    TZOJsonDecoder final(wrapped.constData(), size, FDepth);
-    TZOValueHolder value(best->Type, storage, false);
-    return final.DecodeOnlyElement(best->Type, value) || Fail(final.Message(), AToken.data());
+    void* value = nullptr;
+    if (best->Type && bestValue->GetValue(value))
+        ZOStorage::Swap(best->Type, storage, value);
+    return true;
 }

@@ -1,6 +1,8 @@
 // Short texts that a response repeats: names of states, languages, units, tags.
 #pragma once
 
+#include "runtime/json/TextBlocks_p.h"
+
 #include <QString>
 
 #include <array>
@@ -13,15 +15,15 @@ class TZOShortTexts {
 public:
     static constexpr std::size_t MaxBytes = 16;
 
-    /// The string of a text of 1 to MaxBytes bytes of UTF-8, none of them zero. The MaxBytes bytes from the
-    /// text's first one can be read, whatever its size.
-    QString Get(std::string_view AText) {
+    /// The string of a text of 1 to MaxBytes bytes of UTF-8, none of them zero; a new one comes from ABlocks.
+    /// The MaxBytes bytes from the text's first one can be read, whatever its size.
+    QString Get(std::string_view AText, TZOTextBlocks& ABlocks) {
         const TKey key = KeyOf(AText);
         TPlace& place = FPlaces[Hash(key)];
         const bool isKnown = place.Key.Low == key.Low && place.Key.High == key.High;
         if (isKnown && !place.Text.isNull())
             return place.Text;
-        QString text = QString::fromUtf8(AText.data(), qsizetype(AText.size()));
+        QString text = ABlocks.Make(AText);
         // A text is worth keeping when it comes again.
         if (isKnown)
             place.Text = text;

@@ -94,6 +94,14 @@ void ZOStorage::Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept {
     });
 }
 
+void ZOStorage::Renew(const TZOTypeInfo* AType, void* AStorage) {
+    // Made aside, so that a failure keeps the old value.
+    alignas(MaxAlign) std::byte fresh[MaxSize];
+    Construct(AType, fresh);
+    Destroy(AType, AStorage);
+    std::copy_n(fresh, Size(AType), static_cast<std::byte*>(AStorage));
+}
+
 void ZOStorage::CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource) {
     WithStorageType(AType->Kind(), [&](auto* AKind) {
         using T = TPlain<decltype(AKind)>;

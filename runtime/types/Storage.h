@@ -23,6 +23,8 @@ std::size_t Align(const TZOTypeInfo* AType);
 void Construct(const TZOTypeInfo* AType, void* AStorage);
 /// Frees what the value holds, at any depth. The storage is raw memory afterwards.
 void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
+/// What Construct makes, instead of a constructed value.
+void Renew(const TZOTypeInfo* AType, void* AStorage);
 /// Constructs AStorage as a deep copy of ASource. Streams of uploads and downloads are shared.
 void CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource);
 /// Exchanges two constructed values of one type, at any depth in constant time.
