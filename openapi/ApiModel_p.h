@@ -57,7 +57,10 @@ private:
     void ReadSecurity(TDeclaration& ADeclaration);
     void ReadScheme(const QString& AName, TDocView AScheme, TDeclaration& ADeclaration);
     void ReadHttpScheme(const QString& AName, TDocView AScheme, TDeclaration& ADeclaration);
+    static TZOOAuthScheme ReadFlows(TDocView AScheme);
     void ReadScopes(TDocView AScheme, TDeclaration& ADeclaration);
+    /// Schemes whose server describes itself do not list their scopes: those that are required count.
+    static void AddSignOnScopes(TDocView ARequirements, TDeclaration& ADeclaration);
     std::vector<TZOSecurityAlternative> Alternatives(TDocView ARequirements,
                                                      const TDeclaration& ADeclaration);
 

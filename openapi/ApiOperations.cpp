@@ -69,6 +69,7 @@ void TApiModel::ReadOperation(const QString& APath, const QString& AMethod, TDoc
     if (AOper["security"].IsArray()) {
         oper.Http.HasOwnSecurity = true;
         oper.Http.Security = Alternatives(AOper["security"], ADeclaration);
+        AddSignOnScopes(AOper["security"], ADeclaration);
     }
     const QString summary = AOper["summary"].Text().trimmed();
     const TZOObjectBuilder request =

@@ -13,6 +13,7 @@ void TApiModel::ReadSecurity(TDeclaration& ADeclaration) {
             ReadScheme(key.Text(), scheme, ADeclaration);
     }
     ADeclaration.Security = Alternatives(root["security"], ADeclaration);
+    AddSignOnScopes(root["security"], ADeclaration);
     for (const auto& [none, requirement] : root["security"].Entries()) {
         for (const auto& [name, scopes] : requirement.Entries()) {
             for (const auto& [nothing, scope] : scopes.Entries()) {
@@ -27,7 +28,9 @@ void TApiModel::ReadScheme(const QString& AName, TDocView AScheme, TDeclaration&
     const std::string type = AScheme["type"].Utf8();
     const std::string place = AScheme["in"].Utf8();
     const QByteArray param = AScheme["name"].Text().toUtf8();
-    const auto add = [&](TZOSecurityKind AKind) { ADeclaration.Schemes.push_back({AName, AKind, param}); };
+    const auto add = [&](TZOSecurityKind AKind) -> TZOSecurityScheme& {
+        return ADeclaration.Schemes.emplace_back(TZOSecurityScheme{AName, AKind, param});
+    };
     if (type == "apiKey" && !param.isEmpty() &&
         (place == "header" || place == "query" || place == "cookie")) {
         add(place == "header" ? skApiKeyHeader : place == "query" ? skApiKeyQuery : skApiKeyCookie);
@@ -36,16 +39,55 @@ void TApiModel::ReadScheme(const QString& AName, TDocView AScheme, TDeclaration&
     } else if (type == "http") {
         ReadHttpScheme(AName, AScheme, ADeclaration);
     } else if (type == "oauth2") {
-        add(skOAuth2);
+        add(skOAuth2).OAuth = ReadFlows(AScheme);
         ReadScopes(AScheme, ADeclaration);
     } else if (type == "openIdConnect") {
         // Its token is sent like any other, wherever the user got it.
-        add(skHttpBearer);
+        add(skHttpBearer).OAuth.MetadataUrl = AScheme["openIdConnectUrl"].Text();
     } else {
         FUnknownSchemes.insert(AName);
         Source.Report(
             AScheme,
             QStringLiteral("This way to authenticate is not known; operations are called without it."));
+    }
+}
+
+TZOOAuthScheme TApiModel::ReadFlows(TDocView AScheme) {
+    TZOOAuthScheme oauth;
+    // Tokens in addresses and the user's own password are not for a client like this (RFC 9700,
+    // sections 2.1.2 and 2.4): such flows stay out.
+    const auto add = [&](TZOOAuthFlowKind AKind, TDocView AFlow) {
+        oauth.Flows.push_back({AKind, AFlow["authorizationUrl"].Text().trimmed(),
+                               AFlow["tokenUrl"].Text().trimmed(), AFlow["refreshUrl"].Text().trimmed()});
+    };
+    if (AScheme["flow"].Is("accessCode"))
+        add(ofAuthorizationCode, AScheme);
+    if (AScheme["flow"].Is("application"))
+        add(ofClientCredentials, AScheme);
+    if (const TDocView code = AScheme["flows"]["authorizationCode"])
+        add(ofAuthorizationCode, code);
+    if (const TDocView client = AScheme["flows"]["clientCredentials"])
+        add(ofClientCredentials, client);
+    return oauth;
+}
+
+void TApiModel::AddSignOnScopes(TDocView ARequirements, TDeclaration& ADeclaration) {
+    for (const auto& [none, requirement] : ARequirements.Entries()) {
+        for (const auto& [key, scopes] : requirement.Entries()) {
+            const QString scheme = key.Text();
+            const bool isSignOn =
+                std::any_of(ADeclaration.Schemes.begin(), ADeclaration.Schemes.end(), [&](const auto& s) {
+                    return s.Name == scheme && !s.OAuth.MetadataUrl.isEmpty();
+                });
+            for (const auto& [nothing, scope] : scopes.Entries()) {
+                auto& known = ADeclaration.Scopes;
+                const QString name = scope.Text();
+                const bool isKnown =
+                    std::any_of(known.begin(), known.end(), [&](const auto& s) { return s.Name == name; });
+                if (isSignOn && !isKnown && scope.IsString())
+                    known.push_back({name, true});
+            }
+        }
     }
 }
 

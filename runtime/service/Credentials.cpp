@@ -7,6 +7,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace {
@@ -15,7 +16,7 @@ namespace {
 class TZOCredentialSet {
 public:
     explicit TZOCredentialSet(const TZORestService& AService)
-        : FSchemes(AService.TypeInfo()->Schemes()), FKey(AService.GetApiKey()), FToken(AService.GetToken()) {
+        : FService(AService), FSchemes(AService.TypeInfo()->Schemes()), FKey(AService.GetApiKey()) {
         if (FKey == TZORestService::NoKeyNeeded())
             FKey.clear();
         ReadNamedKeys();
@@ -26,7 +27,7 @@ public:
         TZOHttpRequest added;
         QByteArray cookies;
         for (const int index : AAlternative.Schemes) {
-            const TZOSecurityScheme& scheme = FSchemes.at(static_cast<std::size_t>(index));
+            const TZOSecurityScheme& scheme = Scheme(index);
             const QString value = ValueFor(scheme, KeyCount(AAlternative) > 1);
             if (value.isEmpty())
                 return std::nullopt;
@@ -44,11 +45,43 @@ public:
     }
 
     bool IsKeyed(int AIndex) const {
-        const TZOSecurityKind kind = FSchemes.at(static_cast<std::size_t>(AIndex)).Kind;
+        const TZOSecurityKind kind = Scheme(AIndex).Kind;
         return kind != skOAuth2 && (kind != skHttpBearer || !FKey.isEmpty());
     }
 
+    /// The scheme of AAlternative that is served by the token; or null.
+    const TZOSecurityScheme* TokenScheme(const TZOSecurityAlternative& AAlternative) const {
+        const auto found = std::find_if(AAlternative.Schemes.begin(), AAlternative.Schemes.end(),
+                                        [&](int i) { return !IsKeyed(i); });
+        return found == AAlternative.Schemes.end() ? nullptr : &Scheme(*found);
+    }
+
+    /// The scheme of AAlternative that the user has to do something for: its key first, which nobody else can
+    /// get.
+    const TZOSecurityScheme& MissingScheme(const TZOSecurityAlternative& AAlternative) const {
+        const auto& schemes = AAlternative.Schemes;
+        const auto found = std::find_if(schemes.begin(), schemes.end(), [&](int i) {
+            return IsKeyed(i) && ValueFor(Scheme(i), KeyCount(AAlternative) > 1).isEmpty();
+        });
+        return Scheme(found == schemes.end() ? schemes.front() : *found);
+    }
+
+    /// The scheme of AAlternative for which a token can be obtained and is all that is missing; or null.
+    const TZOSecurityScheme* ObtainableScheme(const TZOSecurityAlternative& AAlternative) const {
+        const TZOSecurityScheme* scheme = TokenScheme(AAlternative);
+        if (!scheme || !FService.CanObtainToken(*scheme))
+            return nullptr;
+        TZOSecurityAlternative rest;
+        std::copy_if(AAlternative.Schemes.begin(), AAlternative.Schemes.end(),
+                     std::back_inserter(rest.Schemes), [&](int i) { return IsKeyed(i); });
+        return Satisfy(rest) ? scheme : nullptr;
+    }
+
 private:
+    const TZOSecurityScheme& Scheme(int AIndex) const {
+        return FSchemes.at(static_cast<std::size_t>(AIndex));
+    }
+
     /// Reads "name=value; name=value", where every name is a scheme's; any other text is one key.
     void ReadNamedKeys() {
         for (const QString& piece : FKey.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
@@ -65,14 +98,18 @@ private:
         }
     }
 
+    QString TokenFor(const TZOSecurityScheme& AScheme) const {
+        return FService.HasTokenFor(AScheme) ? FService.GetToken() : QString();
+    }
+
     QString ValueFor(const TZOSecurityScheme& AScheme, bool AIsOneOfSeveral) const {
         if (AScheme.Kind == skOAuth2)
-            return FToken;
+            return TokenFor(AScheme);
         const bool isWhole = FNamedKeys.isEmpty() && !AIsOneOfSeveral;
         const QString key = isWhole ? FKey : FNamedKeys.value(AScheme.Name);
         if (AScheme.Kind == skHttpBasic && !key.contains(QLatin1Char(':')))
             return {};
-        return AScheme.Kind == skHttpBearer && key.isEmpty() ? FToken : key;
+        return AScheme.Kind == skHttpBearer && key.isEmpty() ? TokenFor(AScheme) : key;
     }
 
     static void Add(TZOHttpRequest& ARequest, QByteArray& ACookies, const TZOSecurityScheme& AScheme,
@@ -101,9 +138,9 @@ private:
         }
     }
 
+    const TZORestService& FService;
     const std::vector<TZOSecurityScheme>& FSchemes;
     QString FKey;
-    QString FToken;
     QHash<QString, QString> FNamedKeys;
 };
 
@@ -116,20 +153,31 @@ QString SchemeNames(const std::vector<TZOSecurityScheme>& ASchemes,
 }
 
 /// What to do to get AAlternative satisfied.
-QString Advice(const std::vector<TZOSecurityScheme>& ASchemes, const TZOCredentialSet& ASet,
+QString Advice(const TZORestService& AService, const TZOCredentialSet& ASet,
                const TZOSecurityAlternative& AAlternative) {
+    const auto& schemes = AService.TypeInfo()->Schemes();
     if (ASet.KeyCount(AAlternative) > 1)
-        return QStringLiteral("Enter its API keys as \"%1\".").arg(SchemeNames(ASchemes, AAlternative));
-    switch (ASchemes.at(static_cast<std::size_t>(AAlternative.Schemes.front())).Kind) {
+        return QStringLiteral("Enter its API keys as \"%1\".").arg(SchemeNames(schemes, AAlternative));
+    if (ASet.ObtainableScheme(AAlternative))
+        return QStringLiteral("Execute it once to sign on.");
+    switch (ASet.MissingScheme(AAlternative).Kind) {
     case skHttpBasic:
         return QStringLiteral("Enter user name and password as its API key, in the form \"user:password\".");
     case skOAuth2:
+        if (!AService.GetClientId().isEmpty())
+            return QStringLiteral("It names no server to sign on at by authorization code or client "
+                                  "credentials.");
         return QStringLiteral("Enter its client id, secret and redirect URL, and authorize it.");
     case skHttpBearer:
         return QStringLiteral("Enter the access token as its API key.");
     default:
         return QStringLiteral("Enter its API key.");
     }
+}
+
+const std::vector<TZOSecurityAlternative>& AlternativesOf(const TZORestService& AService,
+                                                          const TZORestService::TOper& AOper) {
+    return AOper.Http.HasOwnSecurity ? AOper.Http.Security : AService.TypeInfo()->Security();
 }
 
 void Merge(const TZOHttpRequest& AAdded, TZOHttpRequest& ARequest) {
@@ -148,10 +196,30 @@ void Merge(const TZOHttpRequest& AAdded, TZOHttpRequest& ARequest) {
 
 } // namespace
 
-void Credentials::Apply(const TZORestService& AService, const TZORestService::TOper& AOper,
-                        TZOHttpRequest& ARequest) {
-    const auto& alternatives =
-        AOper.Http.HasOwnSecurity ? AOper.Http.Security : AService.TypeInfo()->Security();
+const TZOSecurityScheme* Credentials::WantedToken(const TZORestService& AService,
+                                                  const TZORestService::TOper& AOper) {
+    const auto& alternatives = AlternativesOf(AService, AOper);
+    const TZOCredentialSet set(AService);
+    for (const TZOSecurityAlternative& alternative : alternatives) {
+        if (alternative.Schemes.empty() || !set.Satisfy(alternative))
+            continue;
+        const TZOSecurityScheme* scheme = set.TokenScheme(alternative);
+        const bool isOver = scheme && AService.IsTokenExpired() && AService.CanObtainToken(*scheme);
+        return isOver ? scheme : nullptr;
+    }
+    if (std::any_of(alternatives.begin(), alternatives.end(),
+                    [](const auto& a) { return a.Schemes.empty(); }))
+        return nullptr;
+    for (const TZOSecurityAlternative& alternative : alternatives) {
+        if (const TZOSecurityScheme* scheme = set.ObtainableScheme(alternative))
+            return scheme;
+    }
+    return nullptr;
+}
+
+const TZOSecurityScheme* Credentials::Apply(const TZORestService& AService,
+                                            const TZORestService::TOper& AOper, TZOHttpRequest& ARequest) {
+    const auto& alternatives = AlternativesOf(AService, AOper);
     const TZOCredentialSet set(AService);
     const TZOSecurityAlternative* unsatisfied = nullptr;
     bool isFree = alternatives.empty();
@@ -160,13 +228,14 @@ void Credentials::Apply(const TZORestService& AService, const TZORestService::TO
             isFree = true;
         } else if (const auto added = set.Satisfy(alternative)) {
             Merge(*added, ARequest);
-            return;
+            return set.TokenScheme(alternative);
         } else if (!unsatisfied) {
             unsatisfied = &alternative;
         }
     }
     if (!isFree)
-        throw EZOAuthorizationError(QStringLiteral("%1 has no credentials for %2. %3")
-                                        .arg(AService.Class()->ClassName(), AOper.Name,
-                                             Advice(AService.TypeInfo()->Schemes(), set, *unsatisfied)));
+        throw EZOAuthorizationError(
+            QStringLiteral("%1 has no credentials for %2. %3")
+                .arg(AService.Class()->ClassName(), AOper.Name, Advice(AService, set, *unsatisfied)));
+    return nullptr;
 }

@@ -1,6 +1,8 @@
 // How an operation's request value becomes an HTTP request: declared with the operation, read by ZORequest.
 #pragma once
 
+#include "runtime/oauth/OAuthScheme.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -53,7 +55,8 @@ enum TZOSecurityKind {
 struct TZOSecurityScheme {
     QString Name; ///< what alternatives and "name=value" credentials call it
     TZOSecurityKind Kind = skApiKeyHeader;
-    QByteArray ParamName; ///< the header, query parameter or cookie of an API key
+    QByteArray ParamName;      ///< the header, query parameter or cookie of an API key
+    TZOOAuthScheme OAuth = {}; ///< where the token of skOAuth2 or skHttpBearer comes from, if that is known
 };
 
 /// Schemes, by index into the class's, that have to be used together. Empty: nothing is needed.

@@ -8,6 +8,10 @@
 #include "runtime/json/JsonCodec.h"
 #include "runtime/types/Streams.h"
 
+#include <QIODevice>
+
+#include <algorithm>
+
 namespace {
 
 bool IsText(const QByteArray& AMediaType) {
@@ -70,6 +74,13 @@ QIODevice* DestinationOf(TZOValueHolder& AResponse) {
     return download->GetStream();
 }
 
+bool CanBeRepeated(const TZOHttpBody& ABody) {
+    const auto isRepeatable = [](const QIODevice* AStream) { return !AStream || !AStream->isSequential(); };
+    return isRepeatable(ABody.Stream) &&
+           std::all_of(ABody.Parts.begin(), ABody.Parts.end(),
+                       [&](const TZOHttpPart& p) { return isRepeatable(p.Stream); });
+}
+
 } // namespace
 
 struct ZORequest::TValue {
@@ -104,19 +115,46 @@ QString ZORequest::ServerUrl() const {
 }
 
 TZOHttpRequest ZORequest::Prepare() const {
+    const TZOSecurityScheme* tokenScheme = nullptr;
+    return PrepareWith(tokenScheme);
+}
+
+TZOHttpRequest ZORequest::PrepareWith(const TZOSecurityScheme*& ATokenScheme) const {
     TZOHttpRequest request = TZORequestBuilder(*FOper, FValue->Object).Build(ServerUrl());
-    Credentials::Apply(*FService, *FOper, request);
+    ATokenScheme = Credentials::Apply(*FService, *FOper, request);
     return request;
 }
 
-TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
-    TZOHttpRequest request = Prepare();
+TZOHttpResponse ZORequest::SendWithToken(QIODevice* ADestination, bool AIsTokenNew) {
+    const TZOSecurityScheme* tokenScheme = nullptr;
+    TZOHttpRequest request = PrepareWith(tokenScheme);
     request.Destination = ADestination;
     request.Record = FRecord;
     TZOHttpResponse answer = FService->HttpClient().Execute(request);
-    if (answer.Status / 100 != 2)
+    if (answer.Status / 100 == 2)
+        return answer;
+    const bool isRefused = answer.Status == 401 && tokenScheme && FService->CanObtainToken(*tokenScheme);
+    if (!isRefused)
         throw EZOHttpStatusError(ResponseText::Failure(answer));
-    return answer;
+    if (AIsTokenNew)
+        throw EZOHttpStatusError(ResponseText::Failure(answer) +
+                                 QStringLiteral("\nThis is what it says to a new token."));
+    FService->ObtainToken(*tokenScheme);
+    if (!CanBeRepeated(request.Body))
+        throw EZOHttpStatusError(ResponseText::Failure(answer) +
+                                 QStringLiteral("\nThere is a new token now, but what was to be sent can be "
+                                                "read only once. Execute the request again."));
+    return SendWithToken(ADestination, true);
+}
+
+TZOHttpResponse ZORequest::Send(QIODevice* ADestination) {
+    const TZOSecurityScheme* wanted = Credentials::WantedToken(*FService, *FOper);
+    if (wanted) {
+        // What cannot be sent is told before the user is asked to sign on for it.
+        TZORequestBuilder(*FOper, FValue->Object).Build(ServerUrl());
+        FService->ObtainToken(*wanted);
+    }
+    return SendWithToken(ADestination, wanted != nullptr);
 }
 
 void ZORequest::ExecRequest(TZOValueHolder* AResponse) {

@@ -28,7 +28,9 @@ public:
     /// Sends the request on the calling thread and stores the decoded response in AResponse, a holder of
     /// the operation's response type. An answer without content makes it absent. A download is written to
     /// the stream that AResponse already carries. Raises one of runtime/types/Failures.h; AResponse is
-    /// absent then (a download keeps its stream).
+    /// absent then (a download keeps its stream). An operation that needs a token gets one first, by the
+    /// refresh token or else by asking the user; a token that the server does not take is renewed once, and
+    /// the request sent once more, unless an upload can be read only once.
     void ExecRequest(TZOValueHolder* AResponse);
     /// The same for an operation without response data; what the server sends all the same is dropped.
     void ExecRequest();
@@ -45,6 +47,8 @@ private:
 
     QString ServerUrl() const;
     TZOHttpResponse Send(QIODevice* ADestination);
+    TZOHttpResponse SendWithToken(QIODevice* ADestination, bool AIsTokenNew);
+    TZOHttpRequest PrepareWith(const TZOSecurityScheme*& ATokenScheme) const;
 
     TZORestService* FService;
     POper FOper;

@@ -13,7 +13,8 @@ TZORestService::TZORestService(const TZORestServiceClass* AClass, QObject* AOwne
     const auto& schemes = TypeInfo()->Schemes();
     if (!TypeInfo()->NeedsCredentials())
         FApiKey = NoKeyNeeded();
-    if (std::any_of(schemes.begin(), schemes.end(), [](const auto& s) { return s.Kind == skOAuth2; }))
+    if (std::any_of(schemes.begin(), schemes.end(),
+                    [](const auto& s) { return s.Kind == skOAuth2 || s.OAuth.IsUsable(); }))
         FRedirectUrl = QStringLiteral("http://127.0.0.1/callback");
     SetDefaultScopes();
 }
@@ -35,36 +36,6 @@ void TZORestService::SetDefaultScopes() {
         if (scope.Default)
             FScopes.append(scope.Name);
     }
-}
-
-QString TZORestService::GetToken() const { return FToken.AccessToken; }
-
-void TZORestService::SetToken(const QString& AAccessToken, const QString& ARefreshToken,
-                              qint64 AExpiresAtMs) {
-    FToken = {AAccessToken, ARefreshToken, AExpiresAtMs};
-    TokenChanged();
-}
-
-void TZORestService::SaveToken(QIODevice* AStream) const {
-    const QByteArray bytes = FToken.ToBytes();
-    if (AStream->write(bytes) != bytes.size())
-        throw EStreamError(QStringLiteral("The token could not be written: %1").arg(AStream->errorString()));
-}
-
-void TZORestService::LoadToken(QIODevice* AStream) {
-    FToken = TZOTokenState::FromBytes(AStream->readAll());
-    TokenChanged();
-}
-
-void TZORestService::ResetToken() {
-    FToken = {};
-    TokenChanged();
-}
-
-void TZORestService::RefreshAccess() {
-    if (FToken.RefreshToken.isEmpty())
-        throw EZOAuthorizationError(
-            QStringLiteral("%1 holds no refresh token to renew its access with.").arg(FClass->ClassName()));
 }
 
 TZOHttpClient& TZORestService::HttpClient() {

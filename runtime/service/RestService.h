@@ -3,8 +3,9 @@
 #pragma once
 
 #include "runtime/service/HttpBinding.h"
-#include "runtime/service/TokenState.h"
+#include "runtime/service/ServiceState.h"
 
+#include "runtime/oauth/OAuthClient.h"
 #include "runtime/types/TypeInfo.h"
 #include "runtime/types/TypeLibrary.h"
 
@@ -15,9 +16,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QIODevice;
+class TZOAuthUI;
 class TZOHttpClient;
 
 /// Base of every REST service component. Its users call it on one thread, the user interface's.
@@ -64,16 +67,33 @@ public:
 
     /// The access token; empty when there is none.
     QString GetToken() const;
-    /// Takes a token that an authorization flow obtained, and reports it through TokenChanged.
+    /// Takes a token that the host has obtained, as one for the settings of now, and reports it through
+    /// TokenChanged.
     void SetToken(const QString& AAccessToken, const QString& ARefreshToken, qint64 AExpiresAtMs);
     /// Writes the token's state. Raises EStreamError when AStream does not take it.
     void SaveToken(QIODevice* AStream) const;
-    /// Reads what SaveToken wrote. Bytes that are damaged or of another format count as no token.
+    /// Reads what SaveToken wrote. Bytes that are damaged, of another format or another service class count
+    /// as no token.
     void LoadToken(QIODevice* AStream);
     /// Forgets the token: the next request has to be authorised anew.
     void ResetToken();
-    /// Renews the access token with the refresh token. Raises EZOAuthorizationError when there is none.
+    /// Renews the access token with the refresh token. Raises EZOAuthorizationError when there is none for
+    /// the settings of now, and the failures of a request. A refusal for good (EZOGrantError) resets the
+    /// token.
     virtual void RefreshAccess();
+
+    /// Whether the token may be shown where AScheme asks for one: it was granted to this client, by AScheme's
+    /// authorization server, for the scopes of now. It may have expired.
+    bool HasTokenFor(const TZOSecurityScheme& AScheme) const;
+    bool IsTokenExpired() const;
+    /// Whether ObtainToken can do something for AScheme.
+    bool CanObtainToken(const TZOSecurityScheme& AScheme) const;
+    /// Gets a new token: by the refresh token, else by the scheme's flow, which may ask the user.
+    void ObtainToken(const TZOSecurityScheme& AScheme);
+    /// How the user is asked for consent; not owned. Null: nobody can be asked, which is a failure then.
+    void SetAuthUI(TZOAuthUI* AUI) { FAuthUI = AUI; }
+    /// The flow to use; by default the authorization code where a scheme has it, else client credentials.
+    void SetOAuthFlow(std::optional<TZOOAuthFlowKind> AFlow) { FOAuthFlow = AFlow; }
 
     TZOFreeNotifier& FreeNotifier() noexcept { return FFreeNotifier; }
     /// The connections of this service, kept between requests.
@@ -88,6 +108,12 @@ protected:
     virtual void TokenChanged();
 
 private:
+    TZOOAuthClient OAuthClient(const TZOSecurityScheme& AScheme);
+    TZOOAuthClient::TSettings OAuthSettings(const TZOSecurityScheme& AScheme) const;
+    TZOTokenBinding BindingOfNow(const QString& AServer) const;
+    const TZOSecurityScheme* SchemeToRenewWith() const;
+    void Authorize(const TZOSecurityScheme& AScheme);
+
     const TZORestServiceClass* FClass;
     QString FApiKey;
     QString FClientId;
@@ -95,7 +121,9 @@ private:
     QString FRedirectUrl;
     QString FServerUrl;
     QStringList FScopes;
-    TZOTokenState FToken;
+    TZOServiceState FState;
+    TZOAuthUI* FAuthUI = nullptr;
+    std::optional<TZOOAuthFlowKind> FOAuthFlow;
     TZOFreeNotifier FFreeNotifier;
     std::unique_ptr<TZOHttpClient> FHttpClient;
 };

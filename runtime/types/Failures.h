@@ -70,3 +70,22 @@ ZO_EXCEPTION(EZOJsonError, EZORequestError);
 ZO_EXCEPTION(EZOJsonDepthError, EZOJsonError);
 /// The response could not be written to its destination.
 ZO_EXCEPTION(EZODownloadError, EZORequestError);
+
+// While the user signs on (OAuth 2.0).
+
+/// The redirect URL is none that can be listened on.
+ZO_EXCEPTION(EZORedirectUrlError, EZORequestError);
+/// The metadata of the authorization server could not be used.
+ZO_EXCEPTION(EZODiscoveryError, EZORequestError);
+/// The authorization server sent the user back with an error, such as that consent was denied.
+ZO_EXCEPTION(EZOSignOnRefusedError, EZORequestError);
+/// What came back from the browser is no answer to what was asked.
+ZO_EXCEPTION(EZOSignOnAnswerError, EZORequestError);
+/// The user did not come back from the browser in time.
+ZO_EXCEPTION(EZOSignOnTimeoutError, EZORequestError);
+/// The token endpoint answered with an error.
+ZO_EXCEPTION(EZOTokenRefusedError, EZORequestError);
+/// The token endpoint no longer takes the code or refresh token ("invalid_grant").
+ZO_EXCEPTION(EZOGrantError, EZOTokenRefusedError);
+/// The token endpoint's answer holds no token, and does not say why.
+ZO_EXCEPTION(EZOTokenAnswerError, EZORequestError);

@@ -76,3 +76,61 @@ TEST_F(TSecurityTest, NeedsNoCredentialsWhereTheDocumentNamesNone) {
     EXPECT_EQ(document->ServiceClass()->Create()->GetApiKey(), TZORestService::NoKeyNeeded());
     EXPECT_TRUE(LoadSecured("")->ServiceClass()->TypeInfo()->NeedsCredentials());
 }
+
+namespace {
+
+TZOOAuthScheme OAuthOf(const TZOApiDocument& ADocument) {
+    const auto& schemes = ADocument.ServiceClass()->TypeInfo()->Schemes();
+    return schemes.empty() ? TZOOAuthScheme() : schemes.front().OAuth;
+}
+
+} // namespace
+
+TEST_F(TSecurityTest, TakesTheFlowsThatCanBeUsedSafely) {
+    const auto document = LoadPaths(R"(  /a: {get: {responses: {'204': {description: d}}}}
+components:
+  securitySchemes:
+    oauth:
+      type: oauth2
+      flows:
+        implicit: {authorizationUrl: 'https://i', scopes: {}}
+        password: {tokenUrl: 'https://p', scopes: {}}
+        authorizationCode: {authorizationUrl: /login, tokenUrl: /token, refreshUrl: /refresh, scopes: {}}
+        clientCredentials: {tokenUrl: 'https://t', scopes: {}}
+)");
+    const TZOOAuthScheme oauth = OAuthOf(*document);
+    ASSERT_EQ(oauth.Flows.size(), 2U);
+    EXPECT_EQ(oauth.Flows[0].Kind, ofAuthorizationCode);
+    EXPECT_EQ(oauth.Flows[0].AuthorizationUrl, QStringLiteral("/login"));
+    EXPECT_EQ(oauth.Flows[0].TokenUrl, QStringLiteral("/token"));
+    EXPECT_EQ(oauth.Flows[0].RefreshUrl, QStringLiteral("/refresh"));
+    EXPECT_EQ(oauth.Flows[1].Kind, ofClientCredentials);
+    EXPECT_EQ(oauth.Flows[1].TokenUrl, QStringLiteral("https://t"));
+    EXPECT_EQ(document->ServiceClass()->Create()->GetRedirectUrl(),
+              QStringLiteral("http://127.0.0.1/callback"));
+}
+
+TEST_F(TSecurityTest, LeavesOutFlowsThatShowTokensOrPasswords) {
+    for (const char* flows : {"implicit: {authorizationUrl: 'https://i', scopes: {}}",
+                              "password: {tokenUrl: 'https://p', scopes: {}}"}) {
+        const auto document = LoadPaths(QByteArray(R"(  /a: {get: {responses: {'204': {description: d}}}}
+components: {securitySchemes: {oauth: {type: oauth2, flows: {)") +
+                                        flows + "}}}}\n");
+        EXPECT_FALSE(OAuthOf(*document).IsUsable()) << flows;
+    }
+}
+
+TEST_F(TSecurityTest, FindsTheServerThatDescribesItselfAndTheScopesThatAreRequired) {
+    const auto document = LoadPaths(
+        R"(  /a: {get: {security: [{sign-on: [openid, more]}], responses: {'204': {description: d}}}}
+components:
+  securitySchemes:
+    sign-on: {type: openIdConnect, openIdConnectUrl: 'https://as/.well-known/openid-configuration'}
+security: [{sign-on: [openid]}]
+)");
+    const TZOOAuthScheme oauth = OAuthOf(*document);
+    EXPECT_EQ(oauth.MetadataUrl, QStringLiteral("https://as/.well-known/openid-configuration"));
+    EXPECT_TRUE(oauth.Has(ofAuthorizationCode));
+    EXPECT_EQ(document->ServiceClass()->Create()->Scopes(),
+              (QStringList{QStringLiteral("openid"), QStringLiteral("more")}));
+}
