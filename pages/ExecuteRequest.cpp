@@ -4,6 +4,7 @@
 #include "ui_ExecutePage.h"
 
 #include "pages/LongRequest.h"
+#include "pages/SignOn.h"
 #include "pages/TransferText.h"
 
 #include "shell/ShellFrame.h"
@@ -127,8 +128,11 @@ void TZOExecutePage::SendRequest() {
     });
     TZOHttpClient& client = Service()->Component()->HttpClient();
     client.SetIdle([&](qint64 ASent, qint64 AReceived) { return longRequest.Idle(ASent, AReceived); });
+    TZOSignOn signOn(this, longRequest);
+    Service()->Component()->SetAuthUI(&signOn);
     Shell()->SetBusy(true);
     const auto done = qScopeGuard([&] {
+        Service()->Component()->SetAuthUI(nullptr);
         client.SetIdle({});
         Shell()->SetBusy(false);
     });

@@ -62,9 +62,9 @@ TZOLongRequest::~TZOLongRequest() {
 
 bool TZOLongRequest::Idle(qint64 ABytesSent, qint64 ABytesReceived) {
     const qint64 elapsed = FClock.elapsed();
-    if (elapsed < PatienceMs)
+    if (elapsed < PatienceMs && !FWindow)
         return true;
-    if (FShownMs == 0)
+    if (!std::exchange(FIsFiltering, true))
         QCoreApplication::instance()->installEventFilter(this);
     if (FShownMs == 0 || elapsed - FShownMs >= ShowEveryMs) {
         FShownMs = elapsed;
@@ -75,7 +75,16 @@ bool TZOLongRequest::Idle(qint64 ABytesSent, qint64 ABytesReceived) {
     return !FIsCancelled;
 }
 
+bool TZOLongRequest::IsOfWindow(const QObject* AObject) const {
+    if (!FWindow)
+        return false;
+    const auto* widget = qobject_cast<const QWidget*>(AObject);
+    return widget ? widget->window() == FWindow : AObject == FWindow->windowHandle();
+}
+
 bool TZOLongRequest::eventFilter(QObject* AObject, QEvent* AEvent) {
+    if (IsOfWindow(AObject))
+        return false;
     switch (AEvent->type()) {
     case QEvent::KeyPress:
     case QEvent::KeyRelease:

@@ -32,6 +32,9 @@ public:
     TZOLongRequest(QAbstractButton* ACancel, TShow AShow);
     ~TZOLongRequest() override;
 
+    /// A window in which the user may do something about the request meanwhile; it is not waited with then.
+    /// Null: none. Not owned.
+    void SetWindow(QWidget* AWindow) { FWindow = AWindow; }
     /// To be called again and again while the request runs; false once the user has cancelled it.
     bool Idle(qint64 ABytesSent, qint64 ABytesReceived);
 
@@ -39,14 +42,17 @@ protected:
     bool eventFilter(QObject* AObject, QEvent* AEvent) override;
 
 private:
+    bool IsOfWindow(const QObject* AObject) const;
     bool FilterKey(QObject* AObject, QEvent* AEvent);
     bool FilterMouse(QObject* AObject, QEvent* AEvent);
     void HoldClosing(const QObject* AObject);
 
     QPointer<QAbstractButton> FCancel;
+    QPointer<QWidget> FWindow;
     TShow FShow;
     QElapsedTimer FClock;
     qint64 FShownMs = 0;
+    bool FIsFiltering = false;
     bool FIsCancelled = false;
     bool FIsPressed = false;
     bool FIsQuitHeld = false;

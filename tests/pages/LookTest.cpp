@@ -3,6 +3,8 @@
 #include "tests/pages/ExecutePageFixture.h"
 
 #include "pages/ElidedLabel.h"
+#include "pages/LongRequest.h"
+#include "pages/SignOn.h"
 
 #include "shell/ShortcutsInfoDialog.h"
 
@@ -11,6 +13,7 @@
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QCheckBox>
+#include <QDialog>
 #include <QDir>
 #include <QScrollBar>
 
@@ -313,6 +316,25 @@ TEST_F(Look, OfTheShortcuts) {
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog));
         SeeWindow(&dialog,
                   theme == thDark ? QStringLiteral("shortcuts-dark") : QStringLiteral("shortcuts-light"));
+    }
+}
+
+TEST_F(Look, OfTheSignOn) {
+    ShowShell();
+    QPushButton cancel;
+    for (const TZOTheme theme : {thLight, thDark}) {
+        TZOIdeTheming::SetTheme(theme);
+        TZOLongRequest request(&cancel, [](const TZOLongRequest::TProgress&) {});
+        TZOSignOn signOn(Shell.get(), request);
+        const QString end = theme == thDark ? QStringLiteral("-dark") : QStringLiteral("-light");
+        for (const QString& service : {QStringLiteral("TPetStore_0a1b2c3d"), QString(200, u'W')}) {
+            signOn.Begin(service, "http://accounts.example.com/authorize?state=1");
+            auto* window = Shell->findChild<QDialog*>(QStringLiteral("SignOnWindow"));
+            ASSERT_TRUE(window);
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+            SeeWindow(window, QStringLiteral("sign-on%1%2").arg(service.size()).arg(end));
+            signOn.End();
+        }
     }
 }
 
