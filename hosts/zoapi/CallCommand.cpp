@@ -8,6 +8,7 @@
 
 #include "runtime/http/HttpClient.h"
 #include "runtime/json/JsonCodec.h"
+#include "runtime/oauth/AuthUI.h"
 #include "runtime/service/Request.h"
 #include "runtime/types/Streams.h"
 
@@ -21,10 +22,22 @@ namespace {
 
 const QList<TZOArguments::TOption>& CallOptions() {
     static const QList<TZOArguments::TOption> options = {
-        {"server", true},  {"set", true},    {"request", true}, {"upload", true}, {"output", true},
-        {"api-key", true}, {"bearer", true}, {"basic", true},   {"ca", true},     {"verbose"}};
+        {"server", true},    {"set", true},    {"request", true}, {"upload", true}, {"output", true},
+        {"api-key", true},   {"bearer", true}, {"basic", true},   {"ca", true},     {"oauth", true},
+        {"client-id", true}, {"secret", true}, {"scope", true},   {"verbose"}};
     return options;
 }
+
+/// The user opens the browser; it comes back by itself.
+class TConsoleSignOn final : public TZOAuthUI {
+public:
+    void Begin(const QString&, const QByteArray& AUrl) override {
+        PrintLine(QStringLiteral("Open this address in a browser on this machine to sign on:"), stderr);
+        PrintLine(QString::fromUtf8(AUrl), stderr);
+    }
+    bool Wait() override { return true; }
+    void End() override {}
+};
 
 /// One call from its arguments to its answer.
 class TCall {
@@ -76,6 +89,7 @@ private:
         SetUpKeys();
         if (FArguments.Has("bearer"))
             FService->SetToken(Secrets::Read(FArguments.Value("bearer")), {}, 0);
+        SetUpOAuth();
         if (FArguments.Has("ca"))
             FService->HttpClient().SetCaFile(FArguments.Value("ca"));
         if (FArguments.Has("verbose"))
@@ -101,6 +115,34 @@ private:
         if (FArguments.Has("api-key"))
             key.prepend(FService->GetApiKey() + QStringLiteral("; "));
         FService->SetApiKey(key);
+    }
+
+    void SetUpOAuth() {
+        if (!FArguments.Has("oauth")) {
+            for (const char* option : {"client-id", "secret", "scope"}) {
+                if (FArguments.Has(option))
+                    throw EZOUsageError(QStringLiteral("--%1 goes with --oauth.").arg(QLatin1String(option)));
+            }
+            return;
+        }
+        const QString name = FArguments.Value("oauth");
+        const bool isCode = name == QStringLiteral("authorization-code");
+        if (!isCode && name != QStringLiteral("client-credentials"))
+            throw EZOUsageError(QStringLiteral("--oauth wants client-credentials or authorization-code, not "
+                                               "\"%1\".")
+                                    .arg(name));
+        if (FArguments.Value("client-id").isEmpty())
+            throw EZOUsageError(QStringLiteral("--oauth wants --client-id, too."));
+        const TZOOAuthFlowKind flow = isCode ? ofAuthorizationCode : ofClientCredentials;
+        const auto& schemes = FService->TypeInfo()->Schemes();
+        if (std::none_of(schemes.begin(), schemes.end(), [&](const auto& s) { return s.OAuth.Has(flow); }))
+            throw EZOUsageError(QStringLiteral("The document knows no OAuth flow of that kind."));
+        FService->SetOAuthFlow(flow);
+        FService->SetClientId(FArguments.Value("client-id"));
+        FService->SetSecret(Secrets::Read(FArguments.Value("secret")));
+        if (FArguments.Has("scope"))
+            FService->Scopes() = FArguments.Values("scope");
+        FService->SetAuthUI(&FSignOn);
     }
 
     void FillRequest() {
@@ -171,6 +213,7 @@ private:
     const TZOArguments& FArguments;
     std::unique_ptr<TZOApiDocument> FDocument;
     POper FOper;
+    TConsoleSignOn FSignOn;
     std::unique_ptr<TZORestService> FService;
     ZORequest FRequest;
     bool FIsDownload;

@@ -25,6 +25,10 @@ Options of call:
   --output FILE        where the response goes; - is standard output
   --api-key KEY  --bearer TOKEN  --basic USER:PASSWORD
                        credentials; also @FILE or env:NAME
+  --oauth client-credentials|authorization-code
+                       gets a token first; the latter prints an address to open in a browser
+  --client-id ID  --secret S  --scope S
+                       the client and what it asks for; no secret: a public client
   --ca FILE            certificates to trust, in PEM
   --verbose            shows the heads of requests and answers on standard error
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 3> SecretOptions = {"--api-key", "--bearer", "--basic"};
+constexpr std::array<std::string_view, 4> SecretOptions = {"--api-key", "--bearer", "--basic", "--secret"};
 
 bool IsSecret(std::string_view AOption) {
     return std::find(SecretOptions.begin(), SecretOptions.end(), AOption) != SecretOptions.end();
