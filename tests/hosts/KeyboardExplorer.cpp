@@ -22,12 +22,16 @@ TKeyboardExplorer::~TKeyboardExplorer() {
 }
 
 std::string TKeyboardExplorer::Run(const TKeyboardCall& ACall) {
+    return Run([&](TKeyboardUser& AUser) { Work(AUser, ACall); });
+}
+
+std::string TKeyboardExplorer::Run(const std::function<void(TKeyboardUser&)>& AWork) {
     std::string problem;
     QEventLoop loop;
     std::thread thread([&] {
         try {
             TKeyboardUser user(FFolder.path());
-            Work(user, ACall);
+            AWork(user);
         } catch (const std::exception& e) {
             problem = ExceptionMessage(e).toStdString();
         }

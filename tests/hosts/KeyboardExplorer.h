@@ -25,6 +25,8 @@ public:
     TKeyboardExplorer();
     ~TKeyboardExplorer();
 
+    /// Lets somebody work at the window; returns what went wrong.
+    std::string Run(const std::function<void(TKeyboardUser&)>& AWork);
     /// Builds the request from nothing and executes it; returns what went wrong.
     std::string Run(const TKeyboardCall& ACall);
 
