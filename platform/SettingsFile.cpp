@@ -183,7 +183,8 @@ TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
                   .arg(format)
                   .arg(Format));
     FHasTables = isOurs && format > 0;
-    if (!CheckedFiles().contains(FFileName)) {
+    const bool isFirstLook = !CheckedFiles().contains(FFileName);
+    if (isFirstLook) {
         TZOSettingsQuery check(*this, "PRAGMA quick_check(1)");
         AReason = check.Next() ? check.Text(0) : QString();
         if (AReason != QLatin1String("ok"))
@@ -191,9 +192,25 @@ TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
         CheckedFiles().insert(FFileName);
     }
     Commit();
+    if (isFirstLook)
+        RemoveStaleJournal();
     // Tokens and secrets must not stay readable in the file after they were deleted.
     Execute("PRAGMA secure_delete=ON");
+    // A commit ends with the removal of the journal: without this a power cut could undo it.
+    Execute("PRAGMA synchronous=EXTRA");
     return veUsable;
+}
+
+// A writer that was killed before its journal said anything leaves it; SQLite takes it away with the next
+// change, so one that changes nothing is made.
+void TZOSettingsFile::RemoveStaleJournal() {
+    if (!FHasTables || !QFileInfo::exists(FFileName + QStringLiteral("-journal")))
+        return;
+    try {
+        Execute(qPrintable(QStringLiteral("PRAGMA user_version=%1").arg(Format)));
+    } catch (const ERegistryException&) {
+        // Whoever cannot write here can still read.
+    }
 }
 
 bool TZOSettingsFile::SetAside() {

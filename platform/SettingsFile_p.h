@@ -37,6 +37,7 @@ private:
     TVerdict Judge(QString& AReason);
     TVerdict JudgeFormat(QString& AReason);
     qint64 Number(const char* ASql);
+    void RemoveStaleJournal();
     bool SetAside();
     [[noreturn]] void Fail(int ACode) const;
 
