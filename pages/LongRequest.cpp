@@ -96,6 +96,8 @@ bool TZOLongRequest::eventFilter(QObject* AObject, QEvent* AEvent) {
     case QEvent::MouseMove:
         return FilterMouse(AObject, AEvent);
     case QEvent::Close:
+        // Who is asked something and closes the explorer has answered.
+        FIsCancelled |= FWindow != nullptr;
         AEvent->ignore();
         HoldClosing(AObject);
         return true;

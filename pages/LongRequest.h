@@ -32,8 +32,8 @@ public:
     TZOLongRequest(QAbstractButton* ACancel, TShow AShow);
     ~TZOLongRequest() override;
 
-    /// A window in which the user may do something about the request meanwhile; it is not waited with then.
-    /// Null: none. Not owned.
+    /// A window in which the user may do something about the request meanwhile; it is not waited with then,
+    /// and closing another window cancels. Null: none. Not owned.
     void SetWindow(QWidget* AWindow) { FWindow = AWindow; }
     /// To be called again and again while the request runs; false once the user has cancelled it.
     bool Idle(qint64 ABytesSent, qint64 ABytesReceived);

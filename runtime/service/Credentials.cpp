@@ -165,8 +165,7 @@ QString Advice(const TZORestService& AService, const TZOCredentialSet& ASet,
         return QStringLiteral("Enter user name and password as its API key, in the form \"user:password\".");
     case skOAuth2:
         if (!AService.GetClientId().isEmpty())
-            return QStringLiteral("It names no server to sign on at by authorization code or client "
-                                  "credentials.");
+            return QStringLiteral("It names no server that gives tokens in a way that can be used here.");
         return QStringLiteral("Enter its client id, secret and redirect URL, and authorize it.");
     case skHttpBearer:
         return QStringLiteral("Enter the access token as its API key.");

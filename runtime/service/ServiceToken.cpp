@@ -72,7 +72,8 @@ bool TZORestService::IsTokenExpired() const {
 }
 
 bool TZORestService::CanObtainToken(const TZOSecurityScheme& AScheme) const {
-    return AScheme.OAuth.IsUsable() && !FClientId.isEmpty();
+    const TZOOAuthScheme& oauth = AScheme.OAuth;
+    return !FClientId.isEmpty() && (FOAuthFlow ? oauth.Has(*FOAuthFlow) : oauth.IsUsable());
 }
 
 void TZORestService::ObtainToken(const TZOSecurityScheme& AScheme) {

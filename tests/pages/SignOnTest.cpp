@@ -189,6 +189,13 @@ TEST_F(SignOn, LetsNothingElseReact) {
     EXPECT_EQ(Stack().back(), QStringLiteral("Call"));
 }
 
+TEST_F(SignOn, EndsWhenTheExplorerIsClosed) {
+    ShowCall();
+    ExecuteWith([&] { OnGui([&] { Shell->close(); }); });
+    EXPECT_EQ(Outcome(), Cancelled);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Shell->isVisible(); }));
+}
+
 TEST_F(SignOn, SaysWhenThereIsNoBrowser) {
     QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
     ShowCall();

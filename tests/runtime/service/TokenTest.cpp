@@ -172,6 +172,14 @@ TEST_F(Token, IsAskedForByTheClientItselfWhereThatIsTheFlow) {
     EXPECT_EQ(Browser.Url, "");
 }
 
+TEST_F(Token, IsNotAskedForByAFlowThatTheServerDoesNotHave) {
+    Service->SetOAuthFlow(ofClientCredentials);
+    EXPECT_EQ(FailureOf<EZOAuthorizationError>([&] { Exec(*Service, "Other"); }),
+              "TTestService has no credentials for Other. It names no server that gives tokens in a way that "
+              "can be used here.");
+    EXPECT_EQ(Asked(), QStringList());
+}
+
 TEST_F(Token, ThatHasExpiredIsRenewedInSilence) {
     Service->SetToken("old", "rt", QDateTime::currentMSecsSinceEpoch() + 20'000); // within the margin
     Exec(*Service, "Call");
