@@ -6,6 +6,7 @@
 #include "jsoneditor/view/RestView.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QListView>
 #include <QScrollBar>
 #include <QTreeView>
@@ -21,6 +22,10 @@ namespace {
 
 constexpr int WheelSteps = 200;
 constexpr int SelectSteps = 1000;
+/// Beside every window: what stands under the pointer gets something of its own to do.
+constexpr QPoint PointerAside(2000, 2000);
+constexpr int JumpCount = 21;
+constexpr int JumpRows = 47; // more than are in sight; no place comes twice
 
 /// What one view takes for one number of rows, in milliseconds.
 struct TNumbers {
@@ -42,15 +47,17 @@ void MeasureScrolling(TZORestView& AView, TNumbers& ANumbers) {
     Expect(AView.YScroll() == WheelSteps * 96, "the wheel does not scroll 96 pixels a notch");
     TZOViewRow* last = AView.GetLast();
     const int middle = AView.GetRowCount() / 2;
-    ANumbers.JumpToEnd = Median(21, [&](int i) {
+    ANumbers.JumpToEnd = Median(JumpCount, [&](int i) {
         if (i % 2 == 0)
             AView.ScrollTo(AView.ContentHeight());
         else
             AView.ScrollTo(0);
     });
     Expect(last->Layout(), "the last row is not shown at the end");
-    ANumbers.JumpToMiddle = Median(21, [&](int i) { AView.ScrollTo(AView.RowAt(i % 2 ? 0 : middle + i)); });
-    Expect(AView.RowAt(middle + 20)->Layout(), "a row in the middle is not shown");
+    // Each jump goes to other rows, so that nothing helps that was kept of the last one.
+    const auto target = [&](int i) { return AView.RowAt((middle + i * JumpRows) % AView.GetRowCount()); };
+    ANumbers.JumpToMiddle = Median(JumpCount, [&](int i) { AView.ScrollTo(target(i)); });
+    Expect(target(JumpCount - 1)->Layout(), "a row in the middle is not shown");
 }
 
 void MeasureEditing(TZORestView& AView, TNumbers& ANumbers) {
@@ -97,6 +104,7 @@ void MeasureRows(TZORestView& AView, TPlainSource& ASource, TNumbers& ANumbers) 
 TNumbers MeasureOurs(int ACount) {
     TNumbers numbers;
     numbers.BytesPerRow = BytesPerRow(ACount);
+    QCursor::setPos(PointerAside);
     TPlainSource none(0), source(ACount);
     TZORestView view;
     view.resize(WindowSize);
@@ -127,6 +135,7 @@ TNumbers MeasureOurs(int ACount) {
 
 /// What the two views of Qt have in common.
 void MeasurePeer(QAbstractItemView& AView, TPlainModel& AModel, TNumbers& ANumbers) {
+    QCursor::setPos(PointerAside);
     const TZORestView ours;
     AView.setFont(ours.font());
     AModel.RowHeight = ours.fontMetrics().height() + 12;
@@ -157,9 +166,10 @@ void MeasurePeer(QAbstractItemView& AView, TPlainModel& AModel, TNumbers& ANumbe
     bar->setSingleStep(32);
     ANumbers.Frame = Spread(WheelSteps, [&](int) { Wheel(AView.viewport(), -120); });
     Expect(bar->value() == WheelSteps * 96, "the peer's wheel does not scroll 96 pixels a notch");
-    ANumbers.JumpToEnd = Median(21, [&](int i) { bar->setValue(i % 2 ? 0 : bar->maximum()); });
-    ANumbers.JumpToMiddle =
-        Median(21, [&](int i) { bar->setValue(i % 2 ? 0 : bar->maximum() / 2 + i * 29); });
+    ANumbers.JumpToEnd = Median(JumpCount, [&](int i) { bar->setValue(i % 2 ? 0 : bar->maximum()); });
+    ANumbers.JumpToMiddle = Median(JumpCount, [&](int i) {
+        bar->setValue((bar->maximum() / 2 + i * JumpRows * AModel.RowHeight) % bar->maximum());
+    });
     AView.setFocus();
     AView.setCurrentIndex(AView.indexAt(QPoint(60, 400)));
     Flush();
@@ -228,6 +238,7 @@ void AddSize(int ACount) {
     };
     const TPick fill = [](const TNumbers& n) { return n.Fill; };
     const TPick paint = [](const TNumbers& n) { return n.FirstPaint; };
+    const TPick both = [](const TNumbers& n) { return n.Fill + n.FirstPaint; };
     const TPick frame = [](const TNumbers& n) { return n.Frame.Median; };
     const TPick worst = [](const TNumbers& n) { return n.Frame.Worst; };
     const TPick end = [](const TNumbers& n) { return n.JumpToEnd; };
@@ -239,6 +250,8 @@ void AddSize(int ACount) {
     add("fill the view", "QListView", {}, fill, List, ACount);
     add("first paint", "QTreeView", {}, paint, Tree, ACount);
     add("first paint", "QListView", {}, paint, List, ACount);
+    add("fill and first paint", "QTreeView", {}, both, Tree, ACount);
+    add("fill and first paint", "QListView", {}, both, List, ACount);
     add("wheel step, median", "QListView", 1.0, frame, List, ACount);
     add("wheel step, median", "QTreeView", {}, frame, Tree, ACount);
     add("wheel step, 99th percentile", "QListView", 1.0, worst, List, ACount);

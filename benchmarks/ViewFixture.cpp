@@ -4,10 +4,21 @@
 
 #include <QSize>
 
+#include <algorithm>
+
 namespace {
 
-/// As wide in the first row as in the last, so that rows differ in nothing but their place.
-QString Number(int APlace) { return QStringLiteral("%1").arg(APlace, 7, 10, QLatin1Char('0')); }
+constexpr int Digits = 7;
+
+/// ALead and the number of a row: as wide in the first row as in the last, so that rows differ in nothing but
+/// their place.
+QString Numbered(QLatin1String ALead, int APlace) {
+    QString text(ALead.size() + Digits, Qt::Uninitialized);
+    QChar* to = std::copy(ALead.begin(), ALead.end(), text.data()) + Digits;
+    for (int i = 0; i < Digits; ++i, APlace /= 10)
+        *--to = QLatin1Char(char('0' + APlace % 10));
+    return text;
+}
 
 } // namespace
 
@@ -18,10 +29,10 @@ void TPlainSource::RefreshContent() {
 }
 
 void TPlainSource::ConfigureRow(TZOViewRow* ARow, TZOViewRowLayout* ALayout) {
-    const QString number = Number(View()->IndexOfRow(ARow));
-    ALayout->AddChunk(1, QStringLiteral("row_") + number, true, ctNormal);
+    const int place = View()->IndexOfRow(ARow);
+    ALayout->AddChunk(1, Numbered(QLatin1String("row_"), place), true, ctNormal);
     ALayout->AddChunk(2, QStringLiteral(": "), false, ctNormal);
-    ALayout->AddChunk(3, QStringLiteral("value_") + number, true, ctNormal);
+    ALayout->AddChunk(3, Numbered(QLatin1String("value_"), place), true, ctNormal);
 }
 
 QModelIndex TPlainModel::index(int ARow, int AColumn, const QModelIndex& AParent) const {
@@ -54,6 +65,6 @@ QVariant TPlainModel::data(const QModelIndex& AIndex, int ARole) const {
         return QSize(200, RowHeight);
     if (ARole != Qt::DisplayRole)
         return {};
-    const QString number = Number(PlaceOf(AIndex));
-    return QString(QStringLiteral("row_") + number + QStringLiteral(": value_") + number);
+    const int place = PlaceOf(AIndex);
+    return Numbered(QLatin1String("row_"), place) + Numbered(QLatin1String(": value_"), place);
 }

@@ -78,7 +78,7 @@ void TZODataSource::Updating(const std::function<void()>& AAction) {
 
 TZOViewRow* TZODataSource::Add(TZOViewRow* ARow) {
     CheckView();
-    FView->PlaceRow(ARow, nullptr, false);
+    FView->AppendRow(ARow);
     return ARow;
 }
 

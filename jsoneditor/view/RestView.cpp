@@ -7,6 +7,7 @@
 #include "jsoneditor/view/RowIndex_p.h"
 #include "jsoneditor/view/RowMeasure_p.h"
 #include "jsoneditor/view/ScrollMath_p.h"
+#include "jsoneditor/view/ShapedTexts_p.h"
 #include "jsoneditor/view/ViewScrollBar_p.h"
 #include "platform/ExceptionDisplay.h"
 
@@ -42,7 +43,10 @@ QFont DefaultFont() {
 } // namespace
 
 TZORestView::TZORestView(QWidget* AParent)
-    : QWidget(AParent), FRows([this] { RowsTouched(); }), FIndex(std::make_unique<TZORowIndex>()) {
+    : QWidget(AParent),
+      FRows([this] { RowsTouched(); }),
+      FIndex(std::make_unique<TZORowIndex>()),
+      FTexts(std::make_unique<TZOShapedTexts>()) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -51,6 +55,7 @@ TZORestView::TZORestView(QWidget* AParent)
     FScrollBar = new TZOViewScrollBar(this);
     FScrollBar->hide();
     FScrollBar->setCursor(Qt::ArrowCursor);
+    PlaceScrollBar();
     // A wheel over the bar is the view's like any other.
     FScrollBar->installEventFilter(this);
     connect(FScrollBar, &QAbstractSlider::actionTriggered, this, &TZORestView::ScrollBarAction);
@@ -59,6 +64,8 @@ TZORestView::TZORestView(QWidget* AParent)
     UpdateEditorsColor();
     FExposure = std::make_unique<TZOExposureWatch>(this, [this] { ExposureChanged(); });
     FAccessible = std::make_unique<TZOAccessibleRows>(this);
+    // Fonts that come and go may be the ones that stand in for missing characters.
+    connect(qApp, &QGuiApplication::fontDatabaseChanged, this, [this] { FTexts->Clear(); });
     connect(qApp, &QApplication::focusChanged, this, &TZORestView::FocusChanged);
 }
 
@@ -91,6 +98,11 @@ void TZORestView::RequestUpdate() {
         RunUpdate();
 }
 
+void TZORestView::RunPutOffUpdate() {
+    FNeedUpdate = false;
+    RequestUpdate();
+}
+
 void TZORestView::RunUpdate() {
     const int oldScroll = FYScroll;
     const int oldBottom = FContentHeight - FYScroll;
@@ -119,7 +131,8 @@ void TZORestView::RowsTouched() {
 void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
     const QRect client = ClientRect();
     const int delta = AOldScroll - FYScroll;
-    if (std::exchange(FRepaintAll, false) || qAbs(delta) >= client.height()) {
+    FIsRepainting = std::exchange(FRepaintAll, false) || qAbs(delta) >= client.height();
+    if (FIsRepainting) {
         // The bar sees to itself.
         update(client);
         return;
@@ -200,22 +213,22 @@ void TZORestView::LayoutRows() {
                 delete layout;
         }
     });
+    const QRect client = ClientRect();
     const TZORowRange range = RowsToLayOut();
     const std::vector<int> extra = ExtraRows(range);
     FLaidOutRect = ExposedRect();
     auto next = extra.begin();
     for (; next != extra.end() && *next < range.First; ++next)
-        PutLayout(RowAt(*next), *next);
+        PutLayout(RowAt(*next), *next, client);
     TZOViewRow* row = RowAt(range.First);
     for (int i = range.First; i <= range.Last && row; ++i, row = row->Next())
-        PutLayout(row, i);
+        PutLayout(row, i, client);
     for (; next != extra.end(); ++next)
-        PutLayout(RowAt(*next), *next);
+        PutLayout(RowAt(*next), *next, client);
 }
 
-void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex) {
-    const QRect client = ClientRect();
-    const QRect bounds(client.left(), client.top() + AIndex * FRowHeight - FYScroll, client.width(),
+void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex, const QRect& AClient) {
+    const QRect bounds(AClient.left(), AClient.top() + AIndex * FRowHeight - FYScroll, AClient.width(),
                        FRowHeight);
     TZOViewRowLayout* layout = ARow->FLayout;
     if (!layout) {
@@ -223,13 +236,17 @@ void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex) {
         if (FDataSource)
             FDataSource->ConfigureRow(ARow, made.get());
         EditorSetModifiedToLayout(FEditor, made.get());
-        MeasureRow(*made, font(), FRowHeight);
+        made->Filled();
         layout = made.release();
     }
-    if (layout->FBounds != bounds)
+    if (!FIsRepainting && layout->FBounds != bounds)
         update(bounds);
     layout->FBounds = bounds;
     FLayouts.Add(layout);
+}
+
+void TZORestView::MeasureLayout(TZOViewRowLayout& ALayout) {
+    MeasureRow(ALayout, *FTexts, font(), FRowHeight);
 }
 
 void TZORestView::InvalidateLayout(TZOViewRow* ARow) {
@@ -273,7 +290,7 @@ TZOHitTest TZORestView::GetHitTest(const QPoint& APoint) const {
 }
 
 QRect TZORestView::ClientRect() const {
-    return FScrollBar->isHidden() ? rect() : rect().adjusted(0, 0, -FScrollBar->sizeHint().width(), 0);
+    return FScrollBar->isHidden() ? rect() : rect().adjusted(0, 0, -FScrollBar->width(), 0);
 }
 
 QRect TZORestView::ExposedRect() const {
@@ -387,7 +404,15 @@ void TZORestView::changeEvent(QEvent* AEvent) {
     } else if (AEvent->type() == QEvent::PaletteChange || AEvent->type() == QEvent::EnabledChange) {
         UpdateEditorsColor();
         update();
+    } else if (AEvent->type() == QEvent::StyleChange) {
+        PlaceScrollBar();
+        GuardedCall(this, [this] { InvalidateAllLayouts(); });
     }
+}
+
+void TZORestView::PlaceScrollBar() {
+    const int barWidth = FScrollBar->sizeHint().width();
+    FScrollBar->setGeometry(width() - barWidth, 0, barWidth, height());
 }
 
 void TZORestView::moveEvent(QMoveEvent* AEvent) {
@@ -397,8 +422,7 @@ void TZORestView::moveEvent(QMoveEvent* AEvent) {
 
 void TZORestView::resizeEvent(QResizeEvent* AEvent) {
     QWidget::resizeEvent(AEvent);
-    const int barWidth = FScrollBar->sizeHint().width();
-    FScrollBar->setGeometry(width() - barWidth, 0, barWidth, height());
+    PlaceScrollBar();
     // The view's own following of its content changes nothing in a row.
     if (!FAdjustingSize)
         GuardedCall(this, [this] { InvalidateAllLayouts(); });

@@ -22,6 +22,7 @@ class TZODataSource;
 class TZOExposureWatch;
 class TZOInplaceEditor;
 class TZORowIndex;
+class TZOShapedTexts;
 struct TZOMarks;
 struct TZORowRange;
 struct TZOScrollSizes;
@@ -64,8 +65,11 @@ public:
     // --- Update ---
 
     /// Brackets nest; the update that was asked for inside runs once, at the outermost end.
-    void DoBeginUpdate();
-    void DoEndUpdate();
+    void DoBeginUpdate() { ++FUpdateCount; }
+    void DoEndUpdate() {
+        if (--FUpdateCount < 1 && FNeedUpdate)
+            RunPutOffUpdate();
+    }
     /// Runs AAction inside a bracket. The deferred update runs before this returns and may raise.
     void Updating(const std::function<void()>& AAction);
     /// Brings layouts, scroll bar and editors up to date and repaints; does nothing before the widget is
@@ -208,13 +212,16 @@ private:
     friend class TZOViewRowLayout;
 
     // Rows
+    void AppendRow(TZOViewRow* ARow);
     void PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter);
+    void TakeFromItsPlace(TZOViewRow* ARow);
     void MoveRows(TZOViewRow* AAnchor, TZOViewRow* AStart, TZOViewRow* AEnd, bool AAfter);
     void ReleaseSource();
 
     // Layout
     bool HandleExists() const { return testAttribute(Qt::WA_WState_Created); }
     void RequestUpdate();
+    void RunPutOffUpdate();
     void RowsTouched();
     void RunUpdate();
     void PrepareUpdate();
@@ -222,7 +229,9 @@ private:
     void CarryPainted(int AOldScroll, int AOldBottom);
     TZORowRange RowsToLayOut() const;
     std::vector<int> ExtraRows(const TZORowRange& ARange) const;
-    void PutLayout(TZOViewRow* ARow, int AIndex);
+    void PutLayout(TZOViewRow* ARow, int AIndex, const QRect& AClient);
+    void MeasureLayout(TZOViewRowLayout& ALayout);
+    void PlaceScrollBar();
     void ExposureChanged();
     void AdjustSize();
     bool IsAsHighAsContent() const;
@@ -278,6 +287,7 @@ private:
     TZOLinkedListOf<TZOViewRow*> FRows;
     TZOLinkedListOf<TZOViewRowLayout*> FLayouts;
     std::unique_ptr<TZORowIndex> FIndex;
+    std::unique_ptr<TZOShapedTexts> FTexts;
     std::unique_ptr<TZOExposureWatch> FExposure;
     std::unique_ptr<TZOAccessibleRows> FAccessible;
     QRect FLaidOutRect;
@@ -289,6 +299,7 @@ private:
     int FUpdateCount = 0;
     bool FNeedUpdate = false;
     bool FRepaintAll = false;
+    bool FIsRepainting = false;
     bool FAutoSize = false;
     bool FAdjustingSize = false;
     QPixmap FRowBuffer;

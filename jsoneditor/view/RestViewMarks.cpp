@@ -47,6 +47,8 @@ void TZORestView::SetMarks(const QString& AText, const TZOViewRow* ACurrent) {
 }
 
 TZOMarks TZORestView::MarksOf(const TZOViewRow* ARow) const {
+    if (FMarkText.isEmpty())
+        return {};
     const bool isLight = FontColor().lightness() < Color().lightness();
     const bool isCurrent = ARow == FMarkRow;
     if (isLight)

@@ -57,16 +57,6 @@ void TZORestView::ClearRows() {
     DoEndUpdate();
 }
 
-void TZORestView::DoBeginUpdate() { ++FUpdateCount; }
-
-void TZORestView::DoEndUpdate() {
-    --FUpdateCount;
-    if (FUpdateCount < 1 && FNeedUpdate) {
-        FNeedUpdate = false;
-        RequestUpdate();
-    }
-}
-
 void TZORestView::Updating(const std::function<void()>& AAction) {
     DoBeginUpdate();
     try {
@@ -83,15 +73,27 @@ void TZORestView::Updating(const std::function<void()>& AAction) {
     DoEndUpdate();
 }
 
-void TZORestView::PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter) {
-    if (TZODataSource* source = ARow->Source(); source && source->FView && source->FView != this)
-        source->FView->RowRemoved(ARow);
-    DoBeginUpdate();
+void TZORestView::TakeFromItsPlace(TZOViewRow* ARow) {
     if (ARow->List() == &FRows)
         FIndex->Removing(ARow);
-    if (!AAnchor)
-        FRows.Add(ARow);
-    else if (AAfter)
+    else if (TZODataSource* source = ARow->Source(); source && source->FView)
+        source->FView->RowRemoved(ARow);
+}
+
+void TZORestView::AppendRow(TZOViewRow* ARow) {
+    if (ARow->List())
+        TakeFromItsPlace(ARow);
+    DoBeginUpdate();
+    FRows.Add(ARow);
+    FIndex->Appended(ARow);
+    DoEndUpdate();
+}
+
+void TZORestView::PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter) {
+    if (ARow->List())
+        TakeFromItsPlace(ARow);
+    DoBeginUpdate();
+    if (AAfter)
         FRows.InsertAfter(AAnchor, ARow);
     else
         FRows.InsertBefore(AAnchor, ARow);

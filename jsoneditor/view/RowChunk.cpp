@@ -1,14 +1,18 @@
 #include "jsoneditor/view/RowChunk.h"
 
-#include "jsoneditor/view/ShapedText_p.h"
+#include "jsoneditor/view/ViewRowLayout.h"
 
 TZORowChunk::TZORowChunk(int AId) : FId(AId) {}
 
 TZORowChunk::~TZORowChunk() = default;
 
+const QRect& TZORowChunk::Bounds() const {
+    if (FLayout)
+        FLayout->MeasureOnce();
+    return FBounds;
+}
+
 void TZORowChunk::SetText(const QString& AText) {
     FText = AText;
     FShaped.reset();
 }
-
-void TZORowChunk::SetShaped(std::unique_ptr<TZOShapedText> AShaped) { FShaped = std::move(AShaped); }

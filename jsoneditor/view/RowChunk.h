@@ -7,6 +7,7 @@
 #include <memory>
 
 class TZOShapedText;
+class TZOViewRowLayout;
 
 /// Colour class of a chunk's text. The view maps it to a colour when it paints.
 enum TZOChunkToken : int { ctNormal, ctGray, ctSymbol, ctError };
@@ -20,8 +21,9 @@ public:
     /// The data source's column number: the same in every row for the same kind of field. Not necessarily
     /// unique in a row; look-ups then find the first.
     int Id() const { return FId; }
-    /// In the coordinates of the row's layout; empty until the view has measured it.
-    const QRect& Bounds() const { return FBounds; }
+    /// In the coordinates of the row's layout; empty while the source fills it. Measured when first asked
+    /// for.
+    const QRect& Bounds() const;
     bool IsEditable() const { return FIsEditable; }
     const QString& Text() const { return FText; }
     TZOChunkToken TextToken() const { return FTextToken; }
@@ -34,13 +36,16 @@ public:
     /// The text in the view's font, kept from measuring for painting; null for none, as of a very long text,
     /// and after the text was changed.
     const TZOShapedText* Shaped() const { return FShaped.get(); }
-    void SetShaped(std::unique_ptr<TZOShapedText> AShaped);
+    void SetShaped(std::shared_ptr<const TZOShapedText> AShaped) { FShaped = std::move(AShaped); }
 
 private:
+    friend class TZOViewRowLayout;
+
+    TZOViewRowLayout* FLayout = nullptr;
     int FId;
     QRect FBounds;
     bool FIsEditable = false;
     QString FText;
     TZOChunkToken FTextToken = ctNormal;
-    std::unique_ptr<TZOShapedText> FShaped;
+    std::shared_ptr<const TZOShapedText> FShaped;
 };

@@ -14,10 +14,19 @@ int TZORowIndex::IndexOf(const TZOViewRow* ARow) const {
     if (!block || block->Ordinal >= FBlocks.size() || FBlocks[block->Ordinal].get() != block)
         return FCount;
     RefreshStarts();
+    // Rows are asked for one after the other where they are laid out.
+    if (FFoundRow && FFoundRow->Next() == ARow)
+        return Found(ARow, FFoundIndex + 1);
     int index = FStarts[block->Ordinal];
     for (const TZOViewRow* row = block->First; row != ARow; row = row->Next())
         ++index;
-    return index;
+    return Found(ARow, index);
+}
+
+int TZORowIndex::Found(const TZOViewRow* ARow, int AIndex) const {
+    FFoundRow = ARow;
+    FFoundIndex = AIndex;
+    return AIndex;
 }
 
 TZOViewRow* TZORowIndex::At(int AIndex) const {
@@ -193,6 +202,7 @@ void TZORowIndex::Renumber(size_t AFrom) {
 }
 
 void TZORowIndex::Count(TZORowBlock* ABlock, int ADelta) {
+    FFoundRow = nullptr;
     ABlock->Count += ADelta;
     FCounts[ABlock->Ordinal] = ABlock->Count;
     FValidStarts = std::min(FValidStarts, ABlock->Ordinal + 1);

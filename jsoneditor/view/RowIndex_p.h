@@ -33,6 +33,15 @@ public:
     /// Null outside 0 .. GetCount() - 1.
     TZOViewRow* At(int AIndex) const;
 
+    /// As Inserted, for a row that is the last one.
+    void Appended(TZOViewRow* ARow) {
+        TZORowBlock* last = FBlocks.empty() ? nullptr : FBlocks.back().get();
+        if (!last || last->Count >= MaxBlock)
+            return Inserted(ARow);
+        ARow->FBlock = last;
+        FCounts.back() = ++last->Count;
+        ++FCount;
+    }
     /// ARow, or the run, has just been linked in beside rows that are known here.
     void Inserted(TZOViewRow* ARow);
     void RunInserted(TZOViewRow* AStart, TZOViewRow* AEnd);
@@ -54,6 +63,7 @@ private:
     void Renumber(size_t AFrom);
     void Count(TZORowBlock* ABlock, int ADelta);
     void RefreshStarts() const;
+    int Found(const TZOViewRow* ARow, int AIndex) const;
 
     std::vector<std::unique_ptr<TZORowBlock>> FBlocks; // null in a gap, which counts no rows
     /// The count of each block once more, and the index of its first row: side by side, as eight thousand
@@ -64,4 +74,7 @@ private:
     size_t FGaps = 0;
     /// Starts are valid for the blocks below this ordinal.
     mutable size_t FValidStarts = 0;
+    /// What was asked for last, until rows come or go before it.
+    mutable const TZOViewRow* FFoundRow = nullptr;
+    mutable int FFoundIndex = 0;
 };

@@ -1,7 +1,7 @@
 #include "jsoneditor/view/RowMeasure_p.h"
 
 #include "jsoneditor/view/ChunkText_p.h"
-#include "jsoneditor/view/ShapedText_p.h"
+#include "jsoneditor/view/ShapedTexts_p.h"
 #include "jsoneditor/view/ViewRow.h"
 #include "jsoneditor/view/ViewRowLayout.h"
 
@@ -17,19 +17,18 @@ constexpr int ChunkGap = 2;
 /// A longer text is painted in part only.
 constexpr qsizetype MaxShapedLength = 1000;
 
-int TextWidth(TZORowChunk& AChunk, const QFont& AFont, const QFontMetrics& AMetrics) {
+int TextWidth(TZORowChunk& AChunk, TZOShapedTexts& ATexts, const QFontMetrics& AMetrics) {
     const QString text = ChunkDisplayText(AChunk.Text());
     if (text.size() > MaxShapedLength)
         return AMetrics.horizontalAdvance(text);
-    auto shaped = std::make_unique<TZOShapedText>(text, AFont);
-    const int width = shaped->Width();
-    AChunk.SetShaped(std::move(shaped));
-    return width;
+    AChunk.SetShaped(ATexts.Get(text));
+    return AChunk.Shaped()->Width();
 }
 
 } // namespace
 
-void MeasureRow(TZOViewRowLayout& ALayout, const QFont& AFont, int ARowHeight) {
+void MeasureRow(TZOViewRowLayout& ALayout, TZOShapedTexts& ATexts, const QFont& AFont, int ARowHeight) {
+    ATexts.UseFont(AFont);
     const QFontMetrics metrics(AFont);
     const int textHeight = metrics.height();
     const int top = (ARowHeight - textHeight) / 2;
@@ -37,7 +36,7 @@ void MeasureRow(TZOViewRowLayout& ALayout, const QFont& AFont, int ARowHeight) {
     for (int i = 0; i < ALayout.GetChunkCount(); ++i) {
         TZORowChunk* chunk = ALayout.GetChunks(i);
         const int width =
-            qMax(TextWidth(*chunk, AFont, metrics), chunk->IsEditable() ? EmptyEditableWidth : 0);
+            qMax(TextWidth(*chunk, ATexts, metrics), chunk->IsEditable() ? EmptyEditableWidth : 0);
         chunk->SetBounds(QRect(x, top, width, textHeight));
         x += width + ChunkGap;
     }

@@ -4,6 +4,14 @@
 #include "jsoneditor/view/ViewRow.h"
 #include "platform/Exceptions.h"
 
+#include <utility>
+
+namespace {
+
+constexpr size_t UsualChunks = 4;
+
+} // namespace
+
 TZOViewRowLayout::TZOViewRowLayout(TZORestView* AView, TZOViewRow* ARow) : FView(AView), FRow(ARow) {
     ARow->FLayout = this;
 }
@@ -11,7 +19,11 @@ TZOViewRowLayout::TZOViewRowLayout(TZORestView* AView, TZOViewRow* ARow) : FView
 TZOViewRowLayout::~TZOViewRowLayout() { FView->LayoutRemoved(this); }
 
 TZORowChunk* TZOViewRowLayout::AddChunk(int AId) {
-    return FChunks.emplace_back(std::make_unique<TZORowChunk>(AId)).get();
+    if (FChunks.empty())
+        FChunks.reserve(UsualChunks);
+    TZORowChunk* chunk = FChunks.emplace_back(std::make_unique<TZORowChunk>(AId)).get();
+    chunk->FLayout = this;
+    return chunk;
 }
 
 TZORowChunk* TZOViewRowLayout::AddChunk(int AId, const QString& AText, bool AIsEditable,
@@ -77,6 +89,11 @@ bool TZOViewRowLayout::TryGetNextEditable(int AId, TZORowChunk*& AChunk) const {
 bool TZOViewRowLayout::TryGetPrevEditable(int AId, TZORowChunk*& AChunk) const {
     const int index = IndexOfChunk(AId);
     return index >= 0 && TryGetEditableFrom(index - 1, -1, AChunk);
+}
+
+void TZOViewRowLayout::MeasureOnce() {
+    if (!std::exchange(FIsMeasured, true))
+        FView->MeasureLayout(*this);
 }
 
 bool TZOViewRowLayout::TryGetEditableFrom(int AIndex, int AStep, TZORowChunk*& AChunk) const {

@@ -56,11 +56,16 @@ public:
 
 private:
     friend class TZORestView;
+    friend class TZORowChunk;
 
+    /// The source has filled the layout: from here on a chunk that is asked for its place has one.
+    void Filled() { FIsMeasured = false; }
+    void MeasureOnce();
     bool TryGetEditableFrom(int AIndex, int AStep, TZORowChunk*& AChunk) const;
 
     TZORestView* FView;
     TZOViewRow* FRow;
     QRect FBounds;
+    bool FIsMeasured = true;
     std::vector<std::unique_ptr<TZORowChunk>> FChunks;
 };

@@ -97,10 +97,7 @@ TEST(Mouse, TakesTheEditorAwayWhenThePointerLeaves) {
 }
 
 TEST(Mouse, FollowsTheRowsThatScrollUnderThePointer) {
-    QString rows;
-    for (int i = 0; i < 100; ++i)
-        rows += QStringLiteral("  [row%1]\n").arg(i);
-    TTextView text(rows);
+    TTextView text(NumberedRows(100));
     text.MoveMouse(text.ChunkPoint(1, 1));
     ASSERT_TRUE(text.View.Hover()->IsShownAt(text.Row(1), 1));
     text.View.ScrollTo(10 * text.View.RowHeight());

@@ -9,19 +9,12 @@
 
 namespace {
 
-QString Numbered(int ACount) {
-    QString rows;
-    for (int i = 0; i < ACount; ++i)
-        rows += QStringLiteral("  [row%1]\n").arg(i);
-    return rows;
-}
-
 class PageKeys : public testing::Test {
 protected:
     int Selected() const { return Text.View.IndexOfRow(Text.View.Selected()); }
     int Page() const { return Text.View.ClientRect().height() / Text.View.RowHeight() - 1; }
 
-    TTextView Text{Numbered(100)};
+    TTextView Text{NumberedRows(100)};
 };
 
 } // namespace
@@ -83,7 +76,7 @@ TEST_F(PageKeys, StayWhereAnEditIsRefused) {
 }
 
 TEST(PageKeysInAScrollArea, GoByWhatTheScrollAreaShows) {
-    TTextSource source(Numbered(200));
+    TTextSource source(NumberedRows(200));
     QScrollArea area;
     auto* view = new TZORestView;
     view->SetAutoSize(true);

@@ -11,13 +11,6 @@
 
 namespace {
 
-QString Rows(int ACount) {
-    QString rows;
-    for (int i = 0; i < ACount; ++i)
-        rows += QStringLiteral("  [name%1] : [value%1]\n").arg(i);
-    return rows;
-}
-
 QImage Plain(const QPixmap& APicture) { return APicture.toImage().convertToFormat(QImage::Format_RGB32); }
 
 class Repaint : public testing::Test {
@@ -37,7 +30,7 @@ protected:
     QRect Place(int ARow) const { return Text.Row(ARow)->Layout()->Bounds(); }
     QScrollBar* Bar() const { return Text.View.findChild<QScrollBar*>(); }
 
-    TTextView Text{Rows(200)};
+    TTextView Text{NumberedRows(200)};
 };
 
 } // namespace

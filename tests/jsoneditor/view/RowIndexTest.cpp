@@ -21,11 +21,13 @@ public:
         auto row = std::make_unique<TZOViewRow>(0);
         TZOViewRow* added = row.get();
         FRows.push_back(std::move(row));
-        if (APlace == FModel.size())
+        if (APlace == FModel.size()) {
             FList.Add(added);
-        else
+            FIndex.Appended(added);
+        } else {
             FList.InsertBefore(FModel[APlace], added);
-        FIndex.Inserted(added);
+            FIndex.Inserted(added);
+        }
         FModel.insert(FModel.begin() + static_cast<std::ptrdiff_t>(APlace), added);
     }
     void Remove(size_t APlace) {
@@ -49,6 +51,10 @@ public:
     void CheckAt(size_t APlace) const {
         ASSERT_EQ(FIndex.IndexOf(FModel[APlace]), static_cast<int>(APlace));
         ASSERT_EQ(FIndex.At(static_cast<int>(APlace)), FModel[APlace]);
+        // Neighbours are found by each other.
+        if (APlace + 1 < FModel.size()) {
+            ASSERT_EQ(FIndex.IndexOf(FModel[APlace + 1]), static_cast<int>(APlace + 1));
+        }
     }
     void CheckAll() const {
         ASSERT_EQ(FIndex.GetCount(), static_cast<int>(FModel.size()));

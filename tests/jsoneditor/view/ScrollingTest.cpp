@@ -8,20 +8,13 @@
 
 namespace {
 
-QString ManyRows(int ACount) {
-    QString rows;
-    for (int i = 0; i < ACount; ++i)
-        rows += QStringLiteral("  [row%1]\n").arg(i);
-    return rows;
-}
-
 class Scrolling : public testing::Test {
 protected:
     int Bottom() const { return Text.View.ContentHeight() - Text.View.height(); }
     QScrollBar* Bar() const { return Text.View.findChild<QScrollBar*>(); }
     int RowHeight() const { return Text.View.RowHeight(); }
 
-    TTextView Text{ManyRows(100)};
+    TTextView Text{NumberedRows(100)};
 };
 
 } // namespace
@@ -41,7 +34,7 @@ TEST_F(Scrolling, EndsWithTheContent) {
 }
 
 TEST(ScrollingShortContent, StaysAtTheTop) {
-    TTextView text(ManyRows(3));
+    TTextView text(NumberedRows(3));
     text.View.ScrollTo(50);
     EXPECT_EQ(text.View.YScroll(), 0);
     TurnWheel(&text.View, -120);

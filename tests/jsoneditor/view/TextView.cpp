@@ -190,6 +190,13 @@ void TTextView::THost::wheelEvent(QWheelEvent* AEvent) {
     AEvent->accept();
 }
 
+QString NumberedRows(int ACount) {
+    QString rows;
+    for (int i = 0; i < ACount; ++i)
+        rows += QStringLiteral("  [row%1]\n").arg(i);
+    return rows;
+}
+
 bool TPaintWatch::eventFilter(QObject*, QEvent* AEvent) {
     if (AEvent->type() == QEvent::Paint) {
         ++Paints;

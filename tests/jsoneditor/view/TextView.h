@@ -96,6 +96,8 @@ private:
     TZOExceptionDisplay FPrevious;
 };
 
+/// "[row0]", "[row1]" and so on, one chunk a row.
+QString NumberedRows(int ACount);
 /// Sees what a widget paints.
 class TPaintWatch : public QObject {
 public:
