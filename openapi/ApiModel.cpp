@@ -6,6 +6,19 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <set>
+
+namespace {
+
+/// Scheme, host and port: where credentials may go.
+QString Origin(const QString& AUrl) {
+    const QUrl url(AUrl);
+    const QString port = url.port() < 0 ? QString() : u':' + QString::number(url.port());
+    return url.scheme().toLower() + QStringLiteral("://") + url.host().toLower() + port;
+}
+
+} // namespace
+
 std::unique_ptr<TZORestService::TTypeInfo> TApiModel::MakeTypeInfo(const std::shared_ptr<TApiModel>& AModel) {
     TDeclaration declaration;
     if (!AModel->Source.Root() || !AModel->ReadHead(declaration))
@@ -14,6 +27,7 @@ std::unique_ptr<TZORestService::TTypeInfo> TApiModel::MakeTypeInfo(const std::sh
     AModel->Schemas = std::make_unique<TSchemaTypes>(AModel->Source, *types);
     AModel->ReadSecurity(declaration);
     AModel->ReadOperations(declaration, *types);
+    declaration.Name = AModel->ClassName(declaration);
     declaration.Complete = [AModel](int AIndex, TZORestService::TOper& AOper) {
         TOperationMaker(*AModel, AModel->Opers[static_cast<std::size_t>(AIndex)], AOper).Run();
     };
@@ -35,7 +49,6 @@ bool TApiModel::ReadHead(TDeclaration& ADeclaration) {
     Title = info["title"].Text().simplified();
     Version = info["version"].Text().simplified();
     FBaseUrl = ADeclaration.BaseUrl = BaseUrl();
-    ADeclaration.Name = ClassName(ADeclaration.BaseUrl);
     const QString description = info["description"].Text();
     ADeclaration.Description = description.isEmpty() ? info["summary"].Text() : description;
     return true;
@@ -54,7 +67,7 @@ void TApiModel::ReadFormat() {
         Source.Report(root, QStringLiteral("This is neither an OpenAPI 3 nor a Swagger 2.0 document."));
 }
 
-QString TApiModel::ClassName(const QString& ABaseUrl) const {
+QString TApiModel::ClassName(const TDeclaration& ADeclaration) const {
     QString name;
     bool isStart = true;
     for (const QChar c : Title) {
@@ -67,10 +80,16 @@ QString TApiModel::ClassName(const QString& ABaseUrl) const {
     }
     if (name.isEmpty() || name.front().isDigit())
         name.prepend(QStringLiteral("Api"));
-    const QUrl url(ABaseUrl);
-    const QString port = url.port() < 0 ? QString() : u':' + QString::number(url.port());
-    const QString origin = url.scheme().toLower() + QStringLiteral("://") + url.host().toLower() + port;
-    const QByteArray hash = QCryptographicHash::hash(origin.toUtf8(), QCryptographicHash::Sha256);
+    // Operations may have servers of their own, and credentials go there, too.
+    QString origins = Origin(ADeclaration.BaseUrl);
+    std::set<QString> others;
+    for (const TZORestService::TOper& oper : ADeclaration.Opers) {
+        if (!oper.Http.Server.isEmpty() && Origin(oper.Http.Server) != origins)
+            others.insert(Origin(oper.Http.Server));
+    }
+    for (const QString& other : others)
+        origins += u' ' + other;
+    const QByteArray hash = QCryptographicHash::hash(origins.toUtf8(), QCryptographicHash::Sha256);
     return name + u'_' + QString::fromLatin1(hash.toHex().left(8));
 }
 

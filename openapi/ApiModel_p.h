@@ -39,7 +39,7 @@ private:
     // ApiModel.cpp
     bool ReadHead(TDeclaration& ADeclaration);
     void ReadFormat();
-    QString ClassName(const QString& ABaseUrl) const;
+    QString ClassName(const TDeclaration& ADeclaration) const;
     QString BaseUrl();
     QString BesideBase(TDocView APlace, const QString& AUrl);
     QString ServerUrl(TDocView AServers);

@@ -5,9 +5,9 @@ namespace {
 
 using TDocumentTest = TOpenApiTest;
 
-QByteArray Titled(const QByteArray& ATitle, const QByteArray& AServers) {
+QByteArray Titled(const QByteArray& ATitle, const QByteArray& AServers, const QByteArray& APaths = "{}") {
     return "openapi: 3.0.0\ninfo: {title: \"" + ATitle + "\", version: 1.20, description: What it does}\n" +
-           AServers + "\npaths: {}\n";
+           AServers + "\npaths: " + APaths + '\n';
 }
 
 } // namespace
@@ -203,4 +203,17 @@ TEST_F(TDocumentTest, TakesDocumentsOfOneTitleAndOriginForOneClass) {
         Load(Titled("T", "servers: [{url: 'https://b.example.com/v1'}]"), QStringLiteral("c.yaml"));
     EXPECT_EQ(first->ServiceClass()->ClassName(), second->ServiceClass()->ClassName());
     EXPECT_NE(first->ServiceClass()->ClassName(), other->ServiceClass()->ClassName());
+}
+
+TEST_F(TDocumentTest, KeepsSettingsApartOfADocumentThatSendsAnOperationElsewhere) {
+    const QByteArray servers = "servers: [{url: 'https://a.example.com/v1'}]";
+    const auto withOperationAt = [&](const QByteArray& AServer, const QString& AFile) {
+        return Load(Titled("T", servers, "{/a: {get: {servers: [{url: '" + AServer + "'}], responses: {}}}}"),
+                    AFile);
+    };
+    const auto same = withOperationAt("https://a.example.com/uploads", QStringLiteral("a.yaml"));
+    const auto elsewhere = withOperationAt("https://evil.example.com/v1", QStringLiteral("b.yaml"));
+    const auto plain = Load(Titled("T", servers), QStringLiteral("c.yaml"));
+    EXPECT_EQ(same->ServiceClass()->ClassName(), plain->ServiceClass()->ClassName());
+    EXPECT_NE(elsewhere->ServiceClass()->ClassName(), plain->ServiceClass()->ClassName());
 }
