@@ -1,4 +1,5 @@
 // The large document of @octokit/openapi, beside the parsers that read its bytes and what node makes of it.
+#include "benchmarks/OpenApiCold.h"
 #include "benchmarks/OpenApiFixture.h"
 #include "benchmarks/Table.h"
 #include "benchmarks/WindowTiming.h"
@@ -111,10 +112,32 @@ void AddTimes() {
         [] { return OpenApiFixture::ZoApi(); }, [] { return OpenApiFixture::Node("parse"); });
 }
 
+/// In processes of their own, with the document read from the disk.
+void AddColdTimes() {
+    using OpenApiCold::Time;
+    const auto budget = [] { return 3 * Time("dom") + 50; };
+    Bench::Measure(
+        {"cold: document to operation list", Size, "3 simdjson DOM + 50 ms", 1}, "ms",
+        [] { return Time("list"); }, budget);
+    Bench::Measure(
+        {"cold: document to all types", Size, "simdjson DOM", 10}, "ms", [] { return Time("all"); },
+        [] { return Time("dom"); });
+    Bench::Measure(
+        {"cold: first use of an operation", Size, "one frame (16 ms)", 1}, "ms", [] { return Time("first"); },
+        [] { return 16.0; });
+    Bench::Measure(
+        {"cold: zoapi operations, a process", Size, "node JSON.parse", {}}, "ms",
+        [] { return OpenApiCold::ZoApi(); }, [] { return OpenApiFixture::Node("parse"); });
+    Bench::Measure(
+        {"cold window: drop to painted list", Size, "3 simdjson DOM + 50 ms", 1}, "ms",
+        [] { return Time("window"); }, budget);
+}
+
 } // namespace
 
 void AddOpenApiBenchmarks() {
     AddTimes();
+    AddColdTimes();
     Bench::Measure(
         {"memory with the list", Size, "bytes of the document", 3}, "bytes", [] { return Memory(false); },
         [] { return 1.0; });

@@ -168,20 +168,25 @@ double OpenApiFixture::ZoApi() {
     });
 }
 
+OpenApiFixture::TWindowTimes OpenApiFixture::WindowOnce() {
+    const QTemporaryDir folder;
+    qputenv("ZO_SETTINGS_FILE", folder.filePath(QStringLiteral("settings.db")).toUtf8());
+    StartPages();
+    const TWindowTimes times = TimeWindow();
+    StopPages();
+    qunsetenv("ZO_SETTINGS_FILE");
+    return times;
+}
+
 const OpenApiFixture::TWindowTimes& OpenApiFixture::Window() {
     static const TWindowTimes times = [] {
-        const QTemporaryDir folder;
-        qputenv("ZO_SETTINGS_FILE", folder.filePath(QStringLiteral("settings.db")).toUtf8());
-        StartPages();
         std::vector<double> list, request, key;
         for (int i = 0; i < 7; ++i) {
-            const TWindowTimes run = TimeWindow();
+            const TWindowTimes run = WindowOnce();
             list.push_back(run.ListPainted);
             request.push_back(run.RequestPainted);
             key.push_back(run.KeyPainted);
         }
-        StopPages();
-        qunsetenv("ZO_SETTINGS_FILE");
         return TWindowTimes{MedianOf(list), MedianOf(request), MedianOf(key)};
     }();
     return times;

@@ -34,5 +34,7 @@ struct TWindowTimes {
 };
 /// Measured once.
 const TWindowTimes& Window();
+/// One run, in settings of its own.
+TWindowTimes WindowOnce();
 
 } // namespace OpenApiFixture

@@ -3,6 +3,7 @@
 #include "ui_ExecutePage.h"
 
 #include "pages/FocusRing.h"
+#include "pages/PageRestView.h"
 
 #include "shell/ShellFrame.h"
 #include "shell/ShortcutsInfoDialog.h"
@@ -124,7 +125,7 @@ void TZOExecutePage::InitHandlers() {
 }
 
 TZORestView* TZOExecutePage::SetupRestView(QWidget* AParent) {
-    auto* view = new TZORestView(AParent);
+    auto* view = new TZOPageRestView(AParent);
     view->SetAutoSize(true);
     view->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed); // no share in what is left over
     view->SetOwnDataSource(true);

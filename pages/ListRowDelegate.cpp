@@ -39,9 +39,13 @@ void TZOListRowDelegate::paint(QPainter* APainter, const QStyleOptionViewItem& A
         const bool isSelected = AOption.state & QStyle::State_Selected;
         const QColor selected = TZOIdeTheming::GetSystemColor(clHighlightText);
         const TColor gray = TZOShellFrame::GRAY_COLORS[TZOIdeTheming::IsDarkTheme()];
-        APainter->fillRect(row, isSelected ? TZOIdeTheming::GetSystemColor(clHighlight)
-                                           : AOption.palette.color(QPalette::Base));
+        const QColor ground =
+            isSelected ? TZOIdeTheming::GetSystemColor(clHighlight) : AOption.palette.color(QPalette::Base);
+        APainter->fillRect(row, ground);
         DrawName(*APainter, row, FNameFont, isSelected ? selected : text, name);
+        // What runs under the description must not be read through it.
+        APainter->setBackground(ground);
+        APainter->setBackgroundMode(Qt::OpaqueMode);
         APainter->setFont(AOption.font);
         APainter->setPen(isSelected ? selected : TZOIdeTheming::GetSystemColor(gray));
         DrawWrappedText(*APainter, row.adjusted(DescriptionLeft, Vertical, -DescriptionRight, -Vertical),

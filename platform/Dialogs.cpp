@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -60,6 +61,8 @@ std::optional<QString> TZODialogs::InputQuery(QWidget* AParent, const QString& A
         edit->setText(AValue);
         edit->selectAll();
     }
+    // Keys and addresses are long.
+    dialog.resize(std::max(420, dialog.sizeHint().width()), dialog.sizeHint().height());
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.textValue();

@@ -1,5 +1,6 @@
 #include "platform/IdeTheming.h"
 
+#include "platform/Contrast.h"
 #include "platform/ExceptionDisplay.h"
 
 #include <QApplication>
@@ -16,6 +17,9 @@
 namespace {
 
 TZOTheme GTheme = thSystem;
+
+/// The darkest ground in a light theme that has grey text on it: desktops' greys are often too pale for it.
+const QColor LightBar(0xD3D3D3);
 
 struct TScheme {
     QColor Window, WindowText, Base, AlternateBase, Button, Highlight, HighlightedText, Disabled, Placeholder;
@@ -94,6 +98,8 @@ QPalette MakePalette(const TScheme& AScheme) {
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, AScheme.Disabled);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, AScheme.Mid);
+    // A field that takes nothing looks like the page around it.
+    palette.setColor(QPalette::Disabled, QPalette::Base, AScheme.Window);
     return palette;
 }
 
@@ -187,8 +193,11 @@ QColor TZOIdeTheming::GetSystemColor(TColor AColor) {
     case clBtnFace:
         return palette.color(QPalette::Active, QPalette::Window);
     case clGrayText:
-        return Over(palette.color(QPalette::Active, QPalette::PlaceholderText),
-                    palette.color(QPalette::Active, QPalette::Base));
+        return Contrast::Readable(Over(palette.color(QPalette::Active, QPalette::PlaceholderText),
+                                       palette.color(QPalette::Active, QPalette::Base)),
+                                  IsDarkTheme() ? palette.color(QPalette::Active, QPalette::Window)
+                                                : LightBar,
+                                  palette.color(QPalette::Active, QPalette::Text));
     case clBtnText:
         return palette.color(QPalette::Active, QPalette::ButtonText);
     default:

@@ -24,7 +24,11 @@ TZOServiceItem* TZOShellFrame::FindService(const QObject* AComponent) const {
 }
 
 QList<QPointer<TZOShellPage>> TZOShellFrame::PagesFromTop() const {
-    return QList<QPointer<TZOShellPage>>(FNavStack.rbegin(), FNavStack.rend());
+    QList<QPointer<TZOShellPage>> pages(FNavStack.rbegin(), FNavStack.rend());
+    // A page on its way to the stack has looked at the services already.
+    if (FNavTo && !FNavStack.contains(FNavTo))
+        pages.prepend(FNavTo);
+    return pages;
 }
 
 void TZOShellFrame::TellServiceAdded(TZOServiceItem* AItem) {

@@ -1,7 +1,7 @@
 #include "hosts/standalone/AppIcon.h"
 
-#include <QIcon>
-#include <QIconEngine>
+#include "platform/DrawnIcon.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -29,36 +29,10 @@ void PaintBridge(QPainter& APainter) {
     APainter.drawPath(cables);
 }
 
-class TAppIcon final : public QIconEngine {
-public:
-    QIconEngine* clone() const override { return new TAppIcon(*this); }
-
-    void paint(QPainter* APainter, const QRect& ARect, QIcon::Mode, QIcon::State) override {
-        APainter->save();
-        APainter->setRenderHint(QPainter::Antialiasing);
-        APainter->translate(ARect.topLeft());
-        APainter->scale(ARect.width() / 64.0, ARect.height() / 64.0);
-        PaintBridge(*APainter);
-        APainter->restore();
-    }
-
-    QPixmap pixmap(const QSize& ASize, QIcon::Mode AMode, QIcon::State AState) override {
-        QPixmap pixmap(ASize);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), ASize), AMode, AState);
-        return pixmap;
-    }
-
-    // What window managers are offered.
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-        QList<QSize> sizes;
-        for (const int size : {16, 24, 32, 48, 64, 128, 256})
-            sizes.append(QSize(size, size));
-        return sizes;
-    }
-};
-
 } // namespace
 
-QIcon AppIcon() { return QIcon(new TAppIcon); }
+QIcon AppIcon() {
+    // The sizes that window managers are offered.
+    return DrawnIcon(64, {16, 24, 32, 48, 64, 128, 256},
+                     [](QPainter& APainter, QIcon::Mode) { PaintBridge(APainter); });
+}

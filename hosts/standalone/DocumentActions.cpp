@@ -55,6 +55,7 @@ public:
         FDialog.setRange(0, Steps);
         FDialog.setWindowModality(Qt::WindowModal);
         FDialog.setMinimumDuration(400);
+        FDialog.setMinimumWidth(360);
     }
 
     bool Goes(double ADone) {

@@ -12,6 +12,7 @@
 
 #include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
+#include "platform/Fonts.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -113,6 +114,8 @@ int main(int AArgc, char** AArgv) {
     QApplication::setApplicationVersion(QStringLiteral(ZO_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("zoexplorer"));
     QApplication::setWindowIcon(AppIcon());
+    // Menus and dialogs are set in the font of the pages.
+    QApplication::setFont(UiFont(QStringLiteral("Segoe UI"), 12));
     const TOptions options = ReadCommandLine(application);
     try {
         return options.DemoEditor ? RunDemoEditor() : RunExplorer(options);

@@ -16,7 +16,7 @@ TZOProblemWindow::TZOProblemWindow(QWidget* AParent) : QDialog(AParent), FList(n
     FList->setRootIsDecorated(false);
     FList->setUniformRowHeights(true);
     FList->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    FList->setTextElideMode(Qt::ElideMiddle);
+    FList->setTextElideMode(Qt::ElideMiddle); // of a pointer, both ends tell most
     // By itself the list would copy one cell.
     FList->installEventFilter(this);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
@@ -26,9 +26,9 @@ TZOProblemWindow::TZOProblemWindow(QWidget* AParent) : QDialog(AParent), FList(n
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(FList);
     layout->addWidget(buttons);
-    resize(860, 360);
-    FList->header()->resizeSection(0, 160);
-    FList->header()->resizeSection(1, 280);
+    resize(1000, 400);
+    FList->header()->resizeSection(0, 130);
+    FList->header()->resizeSection(1, 270);
 }
 
 void TZOProblemWindow::SetProblems(const TZOApiProblems& AProblems) {
@@ -41,8 +41,12 @@ void TZOProblemWindow::SetProblems(const TZOApiProblems& AProblems) {
             place.append(QStringLiteral("line %1").arg(problem.Line));
         if (!problem.Pointer.isEmpty())
             place.append(problem.Pointer);
-        items.append(new QTreeWidgetItem(
-            {QFileInfo(problem.File).fileName(), place.join(QStringLiteral(", ")), problem.Message}));
+        const QStringList texts = {QFileInfo(problem.File).fileName(), place.join(QStringLiteral(", ")),
+                                   problem.Message};
+        auto* item = new QTreeWidgetItem(texts);
+        for (int column = 0; column < texts.size(); ++column)
+            item->setToolTip(column, QStringLiteral("<p>%1</p>").arg(texts[column].toHtmlEscaped()));
+        items.append(item);
     }
     FList->addTopLevelItems(items);
     if (!items.isEmpty())

@@ -129,6 +129,23 @@ TEST_F(ExecutePage, ADownloadWithoutDestinationAsksForOne) {
     EXPECT_EQ(TestDialogs.Asked, QStringList{QStringLiteral("save Download to file|")});
     EXPECT_FALSE(Find<QWidget>("RespPanel")->isVisible());
     EXPECT_EQ(ExecButton()->text(), QStringLiteral("Execute"));
+    EXPECT_TRUE(ExecButton()->isEnabled());
+    EXPECT_EQ(Find<QLineEdit>("DownloadEdit")->text(), QString());
+}
+
+TEST_F(ExecutePage, ADownloadThatIsNotAskedForLeavesTheOutcomeOfTheLastOne) {
+    ShowOperation(QStringLiteral("Download"));
+    Fill(QStringLiteral("bytes"), QStringLiteral("7"));
+    TestDialogs.Answers.emplace_back(Folder.filePath(QStringLiteral("out.bin")));
+    Execute();
+    const QStringList outcome = Lines(RespView());
+    ASSERT_EQ(outcome.front(), QStringLiteral("File downloaded to:"));
+    Find<QLineEdit>("DownloadEdit")->selectAll();
+    QTest::keyClick(Find<QLineEdit>("DownloadEdit"), Qt::Key_Delete);
+    Execute(); // the dialog is cancelled
+    EXPECT_EQ(TestDialogs.Asked.size(), 2);
+    EXPECT_EQ(Lines(RespView()), outcome);
+    EXPECT_TRUE(Find<QWidget>("ShowFileLabel")->isVisible());
 }
 
 TEST_F(ExecutePage, WritesADownloadToItsFile) {

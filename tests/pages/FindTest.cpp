@@ -212,7 +212,7 @@ TEST_F(Find, FollowsAnAnswerThatIsReplaced) {
     KeyInWindow(Qt::Key_Return, Qt::ControlModifier);
     QTest::keyClicks(Edit(), QStringLiteral("x"));
     Edit()->selectAll();
-    QTest::keyClicks(Edit(), QStringLiteral("connecterror"));
+    QTest::keyClicks(Edit(), QStringLiteral("connectionrefused"));
     EXPECT_EQ(Count(), QStringLiteral("1 of 1"));
 }
 

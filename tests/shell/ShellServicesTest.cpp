@@ -116,6 +116,18 @@ TEST_F(ShellServices, GrowWithAClassThatComesLater) {
     Shell->ServiceClassRemoved(third.get());
 }
 
+TEST_F(ShellServices, AreToldToAPageThatIsOnItsWay) {
+    MakeShell();
+    const auto third = MakeServiceClass(QStringLiteral("TThird"), QStringLiteral("Third."));
+    Shell->ServiceClassAdded(third.get());
+    EXPECT_EQ(Log, QStringList{QStringLiteral("Services added TThird")});
+    Shell->ServiceClassRemoved(third.get());
+    EXPECT_EQ(Log.back(), QStringLiteral("Services removed TThird"));
+    Shell->show();
+    Settle();
+    EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
+}
+
 TEST_F(ShellServices, GoBackToTheListWhenTheClassOfAnOpenPageGoes) {
     ShowShell();
     Shell->NavigateAsync(MakeOperationList(Shell.get(), Shell->GetServices(0)));

@@ -27,10 +27,13 @@ protected:
     }
     /// The first and last column and line that hold more than the background, within AColumns.
     static QRect Ink(const QImage& AImage, int AFrom, int ATo) {
+        return InkOf(AImage, AImage.pixel(1, 1), AFrom, ATo);
+    }
+    static QRect InkOf(const QImage& AImage, QRgb AGround, int AFrom = 0, int ATo = 10000) {
         QRect ink;
         for (int x = AFrom; x < std::min(ATo, AImage.width()); ++x)
             for (int y = 0; y < AImage.height(); ++y)
-                if (AImage.pixel(x, y) != AImage.pixel(1, 1))
+                if (AImage.pixel(x, y) != AGround)
                     ink |= QRect(x, y, 1, 1);
         return ink;
     }
@@ -62,14 +65,22 @@ TEST_F(ShortcutsInfoDialog, ListsTheGestures) {
     EXPECT_EQ(Dialog.windowTitle(), QStringLiteral("Data editor shortcuts"));
     EXPECT_EQ(Dialog.size(), QSize(588, 363));
     EXPECT_EQ(Dialog.findChild<QLabel*>(QStringLiteral("HeaderLabel"))->text(), QStringLiteral("Shortcuts"));
+    const QString insert = QStringLiteral("Show available object properties or insert new array element ");
+    const QString move = QStringLiteral("Move object property or array element ");
+    const std::pair<const char*, QString> gestures[] = {
+        {"Intert", insert + "after selected line"},
+        {"Shift+Insert", insert + "before selected line"},
+        {"DoubleClick", insert + "for object or array lines"},
+        {"DoubleClick", "Show file select dialog for upload line"},
+        {"Enter", "Accept currently editing value"},
+        {"Escape", "Cancel currently editing value"},
+        {"Escape", "Hide unspecified properties"},
+        {"Ctrl+Delete", "Reset property value to unspecified or remove array element"},
+        {"Alt+Up", move + "up inside its parent"},
+        {"Alt+Down", move + "down inside its parent"}};
     ASSERT_EQ(List()->count(), 10);
-    EXPECT_EQ(List()->item(0)->text(),
-              QStringLiteral("Intert | Show available object properties or insert new array element after "
-                             "selected line"));
-    EXPECT_EQ(List()->item(7)->text(),
-              QStringLiteral("Ctrl+Delete | Reset property value to unspecified or remove array element"));
-    EXPECT_EQ(List()->item(9)->text(),
-              QStringLiteral("Alt+Down | Move object property or array element down inside its parent"));
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(List()->item(i)->text(), gestures[i].first + QStringLiteral(" | ") + gestures[i].second);
     EXPECT_EQ(List()->item(4)->data(Qt::AccessibleTextRole).toString(),
               QStringLiteral("Enter: Accept currently editing value"));
 }
@@ -101,6 +112,20 @@ TEST_F(ShortcutsInfoDialog, WrapsALongMeaningWithinItsRectangle) {
     EXPECT_GT(ink.bottom(), 22); // a second line
     EXPECT_LT(ink.bottom(), 38);
     EXPECT_LT(ink.right(), row.width() - 32);
+    // The last line ends in dots on its ground line.
+    const QImage end = row.copy(ink.right() - 4, 22, 5, 16);
+    EXPECT_LE(InkOf(end, row.pixel(1, 1)).height(), 3);
+    EXPECT_GE(InkOf(row.copy(ink.right() - 60, 22, 60, 16), row.pixel(1, 1)).height(), 8);
+}
+
+TEST_F(ShortcutsInfoDialog, BreaksAMeaningBetweenItsWords) {
+    // The second word does not fit beside the first.
+    List()->item(0)->setText(QStringLiteral("Key | ") +
+                             QStringLiteral("mmmmmmmmmmmmmmmmmmmmmmmmmm ").repeated(2));
+    List()->item(1)->setText(QStringLiteral("Key | mmmmmmmmmmmmmmmmmmmmmmmmmm"));
+    const QImage both = Row(0).copy(128, 4, 428, 16), one = Row(1).copy(128, 4, 428, 16);
+    EXPECT_EQ(both, one);
+    EXPECT_FALSE(InkOf(Row(0).copy(128, 22, 428, 16), Row(0).pixel(1, 1)).isEmpty());
 }
 
 TEST_F(ShortcutsInfoDialog, DrawsSelectedAndFocusedLinesLikeTheOthers) {
