@@ -81,10 +81,12 @@ TZOJsonDecoder::TZOJsonDecoder(TZOJsonTokens& ATokens, TZOJsonTexts& ATexts, int
     : FTokens(ATokens), FTexts(ATexts), FDepth(ADepth) {}
 
 bool TZOJsonDecoder::Decode(const TZOTypeInfo* AType, TZOValueHolder& ADest) {
-    if (const auto error = FTokens.Find())
-        return FailFind(error);
+    if (FTokens.IsAtEnd() && !FTokens.Error())
+        return Fail(QStringLiteral("there is no value"), FTokens.Text());
     if (!FillSlot(AType, [&](bool has, void*& ref) { return ADest.SetValue(has, ref); }))
         return false;
+    if (FTokens.Error())
+        return FailText();
     return FTokens.IsAtEnd() || Fail(QStringLiteral("there is more text behind the value"), FTokens.Start());
 }
 
@@ -275,7 +277,7 @@ bool TZOJsonDecoder::FillProperties(ZOObject* AObject, std::string_view ADiscrim
     const bool isFilled = ForEach('}', [&] {
         if (ADiscriminator.empty())
             return FillProperty(type, AObject, expected);
-        const TZOJsonTokens::TPlace place = FTokens.Place();
+        const TZOJsonTokens::TPlace place = FTokens.Start();
         std::string_view key;
         if (!Key(key))
             return false;
@@ -395,27 +397,28 @@ bool TZOJsonDecoder::Fail(const QString& AMessage, const char* APlace) {
 }
 
 bool TZOJsonDecoder::FailSyntax() {
-    return Fail(FTokens.IsAtEnd() ? QStringLiteral("the text ends too early")
-                                  : QStringLiteral("the text is no JSON from here on"),
-                FTokens.Start());
+    if (!FTokens.IsAtEnd())
+        return Fail(QStringLiteral("the text is no JSON from here on"), FTokens.Start());
+    if (FTokens.Error())
+        return FailText();
+    return Fail(QStringLiteral("the text ends too early"), FTokens.TextEnd());
 }
 
-bool TZOJsonDecoder::FailFind(simdjson::error_code AError) {
-    const char* text = FTokens.Text();
-    switch (AError) {
-    case simdjson::EMPTY:
-        return Fail(QStringLiteral("there is no value"), text);
+bool TZOJsonDecoder::FailText() {
+    // Where in it is not known.
+    const char* place = FTokens.Text();
+    switch (FTokens.Error()) {
     case simdjson::UTF8_ERROR:
-        return Fail(QStringLiteral("the text is not valid UTF-8"), text);
+        return Fail(QStringLiteral("the text is not valid UTF-8"), place);
     case simdjson::UNCLOSED_STRING:
-        return Fail(QStringLiteral("the text ends too early"), text + FTokens.Size());
+        return Fail(QStringLiteral("the text ends too early"), FTokens.TextEnd());
     case simdjson::UNESCAPED_CHARS:
-        return Fail(QStringLiteral("a string holds a control character"), text);
+        return Fail(QStringLiteral("a string holds a control character"), place);
     case simdjson::CAPACITY:
     case simdjson::MEMALLOC:
-        return Fail(QStringLiteral("the text is too long"), text);
+        return Fail(QStringLiteral("the text is too long"), place);
     default:
-        return Fail(QStringLiteral("the text is no JSON"), text);
+        return Fail(QStringLiteral("the text is no JSON"), place);
     }
 }
 

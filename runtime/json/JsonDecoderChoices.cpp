@@ -33,7 +33,7 @@ bool TZOJsonDecoder::FillObject(const ZOObject::TTypeInfo* AType, ZOObject*& AOb
 }
 
 bool TZOJsonDecoder::PeekText(std::string_view AKey, QString& AText, bool& AFound) {
-    const TZOJsonTokens::TPlace place = FTokens.Place();
+    const TZOJsonTokens::TPlace place = FTokens.Start();
     FTokens.Drop();
     // What is leapt over here is checked when the object is read.
     while (!AFound && !FTokens.IsAtEnd() && FTokens.Peek() != '}') {
@@ -96,10 +96,10 @@ bool TZOJsonDecoder::FillTagged(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion
 bool TZOJsonDecoder::FillBare(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
     const char* start = FTokens.Start();
     const bool isNull = FTokens.Token() == "null";
-    const TZOJsonTokens::TPlace before = FTokens.Place();
+    const TZOJsonTokens::TPlace before = FTokens.Start();
     if (!Skip())
         return false;
-    const TZOJsonTokens::TPlace behind = FTokens.Place();
+    const TZOJsonTokens::TPlace behind = FTokens.Start();
 
     PTag best = nullptr;
     int bestMisfits = 0;

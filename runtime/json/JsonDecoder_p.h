@@ -81,7 +81,8 @@ private:
     /// The text cannot go on like this.
     bool FailSyntax();
     bool FailType(const TZOTypeInfo* AType, std::string_view AToken);
-    bool FailFind(simdjson::error_code AError);
+    /// The tokens have ended before the text.
+    bool FailText();
     bool Step(QStringView AKey);
     /// The step to a key as it stands in the text.
     bool Step(std::string_view AKey);

@@ -283,6 +283,64 @@ TEST(JsonDecode, ReplacesWhatTheHolderHeld) {
     EXPECT_EQ(TZOJson::Encode(holder), R"({"s":"a"})");
 }
 
+/// A text that is read in several pieces, with all that can stand where a piece ends.
+QByteArray LongText(unsigned ASeed) {
+    std::mt19937 random(ASeed);
+    const QByteArray texts[] = {"", ",", "a,b", "\\\",\\\\", "h\xC3\xA9", "}],[{", ", , ,", "x"};
+    QByteArray json = "[";
+    while (json.size() < 500'000) {
+        const QByteArray& text = texts[random() % 8];
+        json += (json.size() > 1 ? "," : "") + QByteArray(int(random() % 3), ' ') + "{\"list\":[" +
+                QByteArray::number(random() % 1000) + ",2],\"any\":\"" +
+                text.repeated(random() % 100 ? 3 : int(random() % 100'000)) + "\"}";
+        if (random() % 500 == 0)
+            json += QByteArray(int(random() % 200'000), '\n');
+    }
+    return json + ']';
+}
+
+TEST(JsonDecode, ReadsLongTextsWhole) {
+    TTypes types;
+    const TZOTypeInfo* list = types.Library.NewList(types.Record);
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        const QByteArray json = LongText(seed);
+        EXPECT_EQ(Through(list, json), JsonText::WithoutWhiteSpace(json));
+        EXPECT_EQ(Through(TZOTypeLibrary::Scalar(vkAny), json), JsonText::WithoutWhiteSpace(json));
+    }
+}
+
+TEST(JsonDecode, ReadsLongTextsWhoseTypesAreTold) {
+    TTypes types;
+    const TZOTypeInfo* list = types.Library.NewList(types.Record);
+    const QByteArray skipped = "[" + QByteArray("\"a, b\",").repeated(50'000) + "1]";
+    const QByteArray film = "{\"minutes\":5,\"more\":" + skipped + ",\"kind\":\"film\"}";
+    const QByteArray json = "[{\"medium\":" + film + ",\"bare\":" + skipped.chopped(3) +
+                            "]},{\"bare\":" + film + ",\"terms\":{\"value\":" + film +
+                            ",\"tag\":\"medium\"}}]";
+    EXPECT_EQ(
+        Through(list, json),
+        "[{\"medium\":{\"kind\":\"film\",\"minutes\":5},\"bare\":[" +
+            QByteArray("\"a, b\",").repeated(50'000).chopped(1) +
+            "]},{\"terms\":{\"tag\":\"medium\",\"value\":{\"kind\":\"film\",\"minutes\":5}},\"bare\":{}}]");
+}
+
+TEST(JsonDecode, RefusesALongTextThatIsBadAnywhere) {
+    const TZOTypeInfo* any = TZOTypeLibrary::Scalar(vkAny);
+    const QByteArray json = LongText(1);
+    const auto refuses = [&](const QByteArray& AText) { return Failure(any, AText) != u"no failure"; };
+    std::mt19937 random(2);
+    for (int i = 0; i < 30; ++i) {
+        const auto place = qsizetype(random() % unsigned(json.size()));
+        EXPECT_TRUE(refuses(json.first(place))) << place;
+        EXPECT_TRUE(refuses(json.first(place) + '\xFF' + json.sliced(place))) << place;
+        EXPECT_TRUE(refuses(json.first(place) + '\x01' + json.sliced(place))) << place;
+    }
+    EXPECT_FALSE(refuses(json + QByteArray(300'000, ' ')));
+    EXPECT_TRUE(refuses(json + QByteArray(300'000, ' ') + '\xFF'));
+    EXPECT_TRUE(refuses(json + QByteArray(300'000, ' ') + ','));
+    EXPECT_TRUE(refuses(json + QByteArray(300'000, ' ') + '"'));
+}
+
 TEST(JsonDecode, AcceptsExactlyWhatIsJson) {
     const QByteArray whole =
         R"({"s" : "a\u00e9\"b", "list":[1,-2.5e3,[]], "any":{"x":[true,null],"y":{}}, "n":false})";
