@@ -246,9 +246,10 @@ bool TZOJsonDecoder::FillList(ZOList& AList) {
         return FailType(AList.Type(), FTokens.Token());
     const TZOTypeInfo* itemType = AList.Type()->ItemType();
     return ForEach(']', [&] {
-        const int index = AList.Count();
-        return FillSlot(itemType, [&](bool has, void*& ref) { return AList.Insert(index, has, ref); }) ||
-               Step(index);
+        void* storage = nullptr;
+        if (TakeNull(itemType))
+            return AList.Insert(AList.Count(), false, storage);
+        return Fill(itemType, AList.Append()) || Step(AList.Count() - 1);
     });
 }
 
@@ -317,11 +318,9 @@ bool TZOJsonDecoder::FillProperty(const ZOObject::TTypeInfo* AType, ZOObject* AO
     AExpected = property->Index + 1;
     // The last one of repeated keys counts, and nothing of the earlier ones.
     void* storage = nullptr;
-    if (ZOObject::TData::GetProp(AObject, property->Index, storage))
-        ZOObject::TData::SetProp(AObject, property->Index, false, storage);
     if (TakeNull(property->Type))
-        return true;
-    ZOObject::TData::SetProp(AObject, property->Index, true, storage);
+        return ZOObject::TData::SetProp(AObject, property->Index, false, storage);
+    storage = ZOObject::TData::Renew(AObject, property->Index);
     return Fill(property->Type, storage) || Step(key);
 }
 

@@ -45,6 +45,8 @@ bool ZOList::Insert(int AIndex, bool AHasValue, void*& ARef) {
     return true;
 }
 
+void* ZOList::Append() { return FSlots.Append(FType->ItemType()); }
+
 void ZOList::Delete(int AIndex) {
     CheckIndex(AIndex);
     FSlots.Delete(FType->ItemType(), AIndex);

@@ -26,6 +26,8 @@ public:
     /// Inserts an element before AIndex (Count() appends). False outside 0..Count(). Storage of other
     /// elements may move.
     bool Insert(int AIndex, bool AHasValue, void*& ARef);
+    /// Adds a present element at the end and gives its storage. Storage of other elements may move.
+    void* Append();
     /// Removes element AIndex. Raises EListError out of range.
     void Delete(int AIndex);
     /// Makes room for ACount elements in all, so that appending them moves nothing.

@@ -29,9 +29,9 @@ void MarkPresent(ZOObject* AObject, int AIndex, bool AHasValue) {
 } // namespace
 
 ZOObject::~ZOObject() {
-    for (int i = 0; i < FType->PropertyCount(); ++i) {
-        if (IsPresent(this, i))
-            ZOStorage::Destroy(FType->Property(i)->Type, BlockOf(this) + FType->Offset(i));
+    for (const TTypeInfo::TSlot& slot : FType->FOwning) {
+        if (IsPresent(this, slot.Index))
+            ZOStorage::Destroy(slot.Type, BlockOf(this) + slot.Offset);
     }
 }
 
@@ -81,14 +81,18 @@ std::unique_ptr<ZOObject> ZOObject::TTypeInfo::CreateInstance() const {
 void ZOObject::TTypeInfo::MakeLayout() const {
     FPresenceBytes = static_cast<quint32>((FProperties.size() + 7) / 8);
     std::size_t offset = HeaderSize + FPresenceBytes;
-    FOffsets.resize(FProperties.size());
+    FSlots.resize(FProperties.size());
+    FOwning.clear();
     // Small properties first fill the space behind the presence bits.
     for (const std::size_t align : {1u, 2u, 4u, 8u}) {
         for (PProperty property : FProperties) {
             if (ZOStorage::Align(property->Type) != align)
                 continue;
             offset = (offset + align - 1) / align * align;
-            FOffsets[static_cast<std::size_t>(property->Index)] = static_cast<quint32>(offset);
+            const TSlot slot{property->Type, static_cast<quint32>(offset), property->Index};
+            FSlots[static_cast<std::size_t>(property->Index)] = slot;
+            if (!ZOStorage::IsPlain(property->Type->Kind()))
+                FOwning.push_back(slot);
             offset += ZOStorage::Size(property->Type);
         }
     }
@@ -122,8 +126,10 @@ bool ZOObject::TTypeInfo::HasProperty(const QString& AName) const {
 const ZOObject::TTypeInfo::TNames& ZOObject::TTypeInfo::MakeNames() const {
     if (!FNames)
         FNames = std::make_unique<TNames>();
-    for (int i = static_cast<int>(FNames->Texts.size()); i < PropertyCount(); ++i)
-        FNames->Index.emplace(FNames->Texts.emplace_back(Property(i)->Name.toStdString()), i);
+    for (int i = static_cast<int>(FNames->Views.size()); i < PropertyCount(); ++i) {
+        FNames->Views.push_back(FNames->Texts.emplace_back(Property(i)->Name.toStdString()));
+        FNames->Index.emplace(FNames->Views.back(), i);
+    }
     return *FNames;
 }
 
@@ -140,7 +146,7 @@ const ZOObject::TTypeInfo* ZOObject::TData::Type(const ZOObject* AObject) { retu
 bool ZOObject::TData::GetProp(const ZOObject* AObject, int AIndex, void*& ARef) {
     if (!AObject || !IsPresent(AObject, AIndex))
         return false;
-    ARef = BlockOf(AObject) + AObject->FType->Offset(AIndex);
+    ARef = BlockOf(AObject) + AObject->FType->Slot(AIndex).Offset;
     return true;
 }
 
@@ -154,8 +160,8 @@ bool ZOObject::TData::GetProp(const ZOObject* AObject, QStringView AName, void*&
 bool ZOObject::TData::SetProp(ZOObject* AObject, int AIndex, bool AHasValue, void*& ARef) {
     if (!AObject)
         return false;
-    const TZOTypeInfo* type = AObject->FType->Property(AIndex)->Type;
-    void* storage = BlockOf(AObject) + AObject->FType->Offset(AIndex);
+    const TZOTypeInfo* type = AObject->FType->Slot(AIndex).Type;
+    void* storage = BlockOf(AObject) + AObject->FType->Slot(AIndex).Offset;
     if (IsPresent(AObject, AIndex) != AHasValue) {
         if (AHasValue)
             ZOStorage::Construct(type, storage);
@@ -166,6 +172,18 @@ bool ZOObject::TData::SetProp(ZOObject* AObject, int AIndex, bool AHasValue, voi
     if (AHasValue)
         ARef = storage;
     return true;
+}
+
+void* ZOObject::TData::Renew(ZOObject* AObject, int AIndex) {
+    const TTypeInfo::TSlot& slot = AObject->FType->Slot(AIndex);
+    void* storage = BlockOf(AObject) + slot.Offset;
+    if (IsPresent(AObject, AIndex)) {
+        MarkPresent(AObject, AIndex, false);
+        ZOStorage::Destroy(slot.Type, storage);
+    }
+    ZOStorage::Construct(slot.Type, storage);
+    MarkPresent(AObject, AIndex, true);
+    return storage;
 }
 
 void ZOObject::TData::GetByRef(ZOObject* AObject, int AIndex, void*& ARef) {
@@ -181,7 +199,7 @@ std::unique_ptr<ZOObject> ZOObject::TData::Clone(const ZOObject* AObject) {
         void* source = nullptr;
         if (!GetProp(AObject, i, source))
             continue;
-        ZOStorage::CopyConstruct(type->Property(i)->Type, BlockOf(copy.get()) + type->Offset(i), source);
+        ZOStorage::CopyConstruct(type->Property(i)->Type, BlockOf(copy.get()) + type->Slot(i).Offset, source);
         MarkPresent(copy.get(), i, true);
     }
     return copy;

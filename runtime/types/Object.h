@@ -72,7 +72,7 @@ public:
     PProperty FindPropertyUtf8(std::string_view AName) const;
     /// The name of property AIndex in UTF-8.
     std::string_view PropertyNameUtf8(int AIndex) const {
-        return Names().Texts[static_cast<std::size_t>(AIndex)];
+        return Names().Views[static_cast<std::size_t>(AIndex)];
     }
 
     /// Whether every property's name stands in JSON as it is.
@@ -99,11 +99,16 @@ private:
 
     struct TNames {
         std::deque<std::string> Texts; // the properties' names in UTF-8
+        std::vector<std::string_view> Views;
         std::unordered_map<std::string_view, int> Index;
     };
 
-    /// Where a property's storage stands in an instance, in bytes from its start.
-    quint32 Offset(int AIndex) const { return FOffsets[static_cast<std::size_t>(AIndex)]; }
+    struct TSlot {
+        const TZOTypeInfo* Type;
+        quint32 Offset; // of the storage in an instance, in bytes from its start
+        int Index;
+    };
+    const TSlot& Slot(int AIndex) const { return FSlots[static_cast<std::size_t>(AIndex)]; }
     void MakeLayout() const;
     void AddGroup(const QString& AName);
     void AddProperty(TProperty AProperty);
@@ -111,7 +116,7 @@ private:
     bool HasProperty(const QString& AName) const;
     const TNames& MakeNames() const;
     const TNames& Names() const {
-        return FNames && FNames->Texts.size() == FProperties.size() ? *FNames : MakeNames();
+        return FNames && FNames->Views.size() == FProperties.size() ? *FNames : MakeNames();
     }
 
     std::vector<TGroup> FGroups;
@@ -121,7 +126,8 @@ private:
     QString FDiscriminatorName;
     std::vector<TSubtype> FSubtypes;
     // Made with the first instance.
-    mutable std::vector<quint32> FOffsets;
+    mutable std::vector<TSlot> FSlots;
+    mutable std::vector<TSlot> FOwning; // those whose values must be destroyed
     mutable quint32 FPresenceBytes = 0;
     mutable quint32 FInstanceBytes = 0;
     mutable TZOBlockPool FInstances;
@@ -139,6 +145,8 @@ public:
     static bool GetProp(const ZOObject* AObject, QStringView AName, void*& ARef);
     /// Makes the property present (storage in ARef) or absent. False for a null object.
     static bool SetProp(ZOObject* AObject, int AIndex, bool AHasValue, void*& ARef);
+    /// Makes the property present and empty, whatever it was, and gives its storage.
+    static void* Renew(ZOObject* AObject, int AIndex);
     /// Storage of the property, made present first when absent.
     static void GetByRef(ZOObject* AObject, int AIndex, void*& ARef);
     /// A deep copy.

@@ -52,9 +52,23 @@ void TZOSlotArray::SetPresent(const TZOTypeInfo* AType, int AIndex, bool AHasVal
     FBlock->Absent[AIndex] = !AHasValue;
 }
 
-void TZOSlotArray::Insert(const TZOTypeInfo* AType, int AIndex, bool AHasValue) {
+void TZOSlotArray::Grow(const TZOTypeInfo* AType) {
     if (!FBlock || FBlock->Count == FBlock->Capacity)
         Reserve(AType, FBlock ? std::max(4, FBlock->Capacity + FBlock->Capacity / 2) : 2);
+}
+
+void* TZOSlotArray::Append(const TZOTypeInfo* AType) {
+    Grow(AType);
+    void* const place = At(FBlock->Count);
+    ZOStorage::Construct(AType, place);
+    if (FBlock->Absent)
+        FBlock->Absent[FBlock->Count] = false;
+    ++FBlock->Count;
+    return place;
+}
+
+void TZOSlotArray::Insert(const TZOTypeInfo* AType, int AIndex, bool AHasValue) {
+    Grow(AType);
     if (!AHasValue)
         EnsureAbsentFlags();
     // Constructed aside: a failure here must leave no hole.
@@ -89,7 +103,7 @@ void TZOSlotArray::Delete(const TZOTypeInfo* AType, int AIndex) {
 void TZOSlotArray::Clear(const TZOTypeInfo* AType) noexcept {
     if (!FBlock)
         return;
-    for (int i = 0; i < FBlock->Count; ++i) {
+    for (int i = 0; i < FBlock->Count && !ZOStorage::IsPlain(AType->Kind()); ++i) {
         if (IsPresent(i))
             ZOStorage::Destroy(AType, At(i));
     }

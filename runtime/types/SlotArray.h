@@ -24,6 +24,8 @@ public:
     void SetPresent(const TZOTypeInfo* AType, int AIndex, bool AHasValue);
     /// Inserts a slot before AIndex, 0 to Count(). Storage of other slots may move.
     void Insert(const TZOTypeInfo* AType, int AIndex, bool AHasValue);
+    /// Adds a present slot at the end and gives its storage. Storage of other slots may move.
+    void* Append(const TZOTypeInfo* AType);
     void Delete(const TZOTypeInfo* AType, int AIndex);
     /// Makes room for ACapacity slots in all.
     void Reserve(const TZOTypeInfo* AType, int ACapacity);
@@ -40,6 +42,8 @@ private:
         std::size_t Stride = 0;
     };
     void EnsureAbsentFlags();
+    /// Makes room for one more slot.
+    void Grow(const TZOTypeInfo* AType);
 
     TBlock* FBlock = nullptr; // null while nothing was ever reserved
 };

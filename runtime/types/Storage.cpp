@@ -68,7 +68,7 @@ std::size_t ZOStorage::Align(const TZOTypeInfo* AType) {
     return WithStorageType(AType->Kind(), [](auto* AKind) { return alignof(TPlain<decltype(AKind)>); });
 }
 
-void ZOStorage::Construct(const TZOTypeInfo* AType, void* AStorage) {
+void ZOStorage::ConstructOther(const TZOTypeInfo* AType, void* AStorage) {
     WithStorageType(AType->Kind(), [&](auto* AKind) {
         using T = TPlain<decltype(AKind)>;
         if constexpr (std::is_same_v<T, ZOList>)

@@ -5,7 +5,10 @@
 
 #include "runtime/types/TypeInfo.h"
 
+#include <QString>
+
 #include <cstddef>
+#include <new>
 
 namespace ZOStorage {
 
@@ -18,9 +21,12 @@ std::size_t Size(const TZOTypeInfo* AType);
 /// Alignment of a value's storage, in bytes.
 std::size_t Align(const TZOTypeInfo* AType);
 
+/// Whether a value of AKind owns nothing, so that it needs no Destroy.
+constexpr bool IsPlain(TZOValueKind AKind) { return AKind >= vkInteger && AKind <= vkDate; }
+
 /// Makes the value of a slot that has just become present: empty text, zero, no entries; for objects and
 /// unions a new empty instance of exactly the type AType.
-void Construct(const TZOTypeInfo* AType, void* AStorage);
+inline void Construct(const TZOTypeInfo* AType, void* AStorage);
 /// Frees what the value holds, at any depth. The storage is raw memory afterwards.
 void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
 /// What Construct makes, instead of a constructed value.
@@ -29,5 +35,32 @@ void Renew(const TZOTypeInfo* AType, void* AStorage);
 void CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource);
 /// Exchanges two constructed values of one type, at any depth in constant time.
 void Swap(const TZOTypeInfo* AType, void* AFirst, void* ASecond) noexcept;
+
+/// What Construct does for kinds that are rarer or cost more than a call.
+void ConstructOther(const TZOTypeInfo* AType, void* AStorage);
+
+inline void Construct(const TZOTypeInfo* AType, void* AStorage) {
+    switch (AType->Kind()) {
+    case vkString:
+        new (AStorage) QString();
+        break;
+    case vkInteger:
+        new (AStorage) qint32(0);
+        break;
+    case vkInt64:
+        new (AStorage) qint64(0);
+        break;
+    case vkBoolean:
+        new (AStorage) quint8(0);
+        break;
+    case vkFloat:
+    case vkDateTime:
+    case vkDate:
+        new (AStorage) double(0);
+        break;
+    default:
+        ConstructOther(AType, AStorage);
+    }
+}
 
 } // namespace ZOStorage
