@@ -21,12 +21,13 @@ class TZOSettingsFile;
 /// transactions of other objects and processes wait for this one for some seconds, then fail, so objects are
 /// short-lived.
 ///
-/// A damaged file is renamed to a dated name beside it and a new one is started; a file of a newer format or
-/// of another program is left as it is and not used.
+/// A file that others could open is narrowed to its owner. A damaged file is renamed to a dated name beside
+/// it and a new one is started; a file of a newer format or of another program is left as it is and not used.
 class TRegistry {
 public:
-    /// Gets one sentence for the user about a file that was set aside or could not be read. It is called from
-    /// inside whatever touched the settings, so it must not open them itself or run an event loop.
+    /// Gets one sentence for the user about a file that was set aside, could not be read, or was open to
+    /// other users. It is called from inside whatever touched the settings, so it must not open them itself
+    /// or run an event loop.
     using TReportHandler = std::function<void(const QString& AMessage)>;
 
     TRegistry();

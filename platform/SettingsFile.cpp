@@ -88,8 +88,15 @@ void CreateFile(const QString& AFileName) {
 void TightenMode(const QString& AFileName) {
     struct stat status = {};
     const QByteArray name = QFile::encodeName(AFileName);
-    if (::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 0077) != 0)
-        ::chmod(name.constData(), 0600);
+    if (::stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode) || (status.st_mode & 0077) == 0)
+        return;
+    const bool isNarrowed = ::chmod(name.constData(), 0600) == 0;
+    const QString end = isNarrowed ? QStringLiteral("Only you can now; secrets in it may have been read.")
+                                   : QStringLiteral("That could not be changed: %1.")
+                                         .arg(QString::fromLocal8Bit(std::strerror(errno)));
+    TRegistry::Report(
+        QStringLiteral("The settings file \"%1\" could be opened by other users of this computer. %2")
+            .arg(AFileName, end));
 }
 
 /// Keeps two processes from setting the same file aside, the second one hitting the first one's new file.

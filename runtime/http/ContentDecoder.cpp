@@ -171,7 +171,7 @@ TZOContentDecoding::TZOContentDecoding(const QByteArray& AHeader) {
             continue;
         auto decoder = FSteps.size() < MaxCodings ? TZOContentDecoder::Of(name) : nullptr;
         if (!decoder) {
-            FUnknownName = name;
+            FUnknownName = FSteps.size() < MaxCodings ? name : AHeader;
             return;
         }
         FSteps.insert(FSteps.begin(), std::move(decoder));

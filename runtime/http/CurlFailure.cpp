@@ -121,6 +121,9 @@ void RaiseAnswerFailure(const TZOCurlFailure& AFailure) {
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_HTTP2:
         throw EZOProtocolError(QStringLiteral("What %1 answered is no HTTP.").arg(AFailure.Place));
+    case CURLE_BAD_CONTENT_ENCODING:
+        throw EZOCompressionError(
+            QStringLiteral("The answer of %1 is compressed more often than is undone.").arg(AFailure.Place));
     case CURLE_OUT_OF_MEMORY:
         // The transport's own bound for one line.
         throw EZOResponseTooLargeError(

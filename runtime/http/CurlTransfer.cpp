@@ -185,6 +185,9 @@ bool TZOCurlTransfer::IsAnswerUsable(CURLcode ACode) const {
 }
 
 void TZOCurlTransfer::CheckComplete() const {
+    if (!FIsHeadComplete)
+        throw EZOTruncatedError(QStringLiteral("The connection to %1 broke before the answer was complete.")
+                                    .arg(FExchange.Url->Place()));
     if (FResponse.Status / 100 == 2 && FDecoding && !FDecoding->IsComplete())
         throw EZOTruncatedError(QStringLiteral("The answer of %1 ended before it was complete: what it was "
                                                "compressed to is cut short.")
@@ -246,8 +249,10 @@ void TZOCurlTransfer::TakeHeaderLine(QByteArrayView ALine) {
         throw EZOResponseTooLargeError(QStringLiteral("The headers that %1 answers with are larger than %2.")
                                            .arg(FExchange.Url->Place(), SizeText(limit)));
     const QByteArrayView line = ALine.trimmed();
-    FIsHeadComplete = line.isEmpty();
+    if (line.isEmpty())
+        FIsHeadComplete = true;
     if (line.startsWith("HTTP/")) {
+        FIsHeadComplete = false;
         const qsizetype status = line.indexOf(' ') + 1;
         const qsizetype end = line.indexOf(' ', status);
         FResponse.Headers.clear();
@@ -297,7 +302,7 @@ bool TZOCurlTransfer::TakeContent(const char* AData, qint64 ASize) {
         QByteArray codings;
         for (const TZOHttpHeader& header : FResponse.Headers) {
             if (header.Name.compare("Content-Encoding", Qt::CaseInsensitive) == 0)
-                codings += header.Value + ',';
+                codings += (codings.isEmpty() ? "" : ", ") + header.Value;
         }
         FDecoding.emplace(codings);
         if (isSuccess && !FDecoding->UnknownName().isEmpty())

@@ -26,11 +26,12 @@ TZOHttpSecrets::TZOHttpSecrets(const TZOHttpRequest& ARequest) {
 }
 
 void TZOHttpSecrets::AddHeader(const TZOHttpHeader& AHeader) {
-    Add(AHeader.Value);
     if (AHeader.Name.compare("Cookie", Qt::CaseInsensitive) == 0) {
         for (const QByteArray& cookie : AHeader.Value.split(';'))
             Add(cookie.mid(cookie.indexOf('=') + 1).trimmed());
+        return;
     }
+    Add(AHeader.Value);
     const qsizetype blank = AHeader.Value.indexOf(' ');
     if (blank < 0 || AHeader.Name.compare("Authorization", Qt::CaseInsensitive) != 0)
         return;

@@ -12,6 +12,18 @@ QString PlaceText(const QByteArray& AJson, qsizetype AOffset) {
     return QStringLiteral("line %1, column %2").arg(before.count('\n') + 1).arg(line.size() + 1);
 }
 
+/// " (/list/3/name)"; of a long pointer its two ends.
+QString PointerText(const QString& APointer) {
+    constexpr qsizetype startChars = 60;
+    constexpr qsizetype endChars = 20;
+    if (APointer.isEmpty())
+        return {};
+    const bool isLong = APointer.size() > 4 * startChars;
+    const QString shown =
+        isLong ? APointer.left(startChars) + QStringLiteral("...") + APointer.right(endChars) : APointer;
+    return QStringLiteral(" (%1)").arg(shown);
+}
+
 } // namespace
 
 void TZOJson::Decode(QByteArray AJson, TZOValueHolder& ADest) {
@@ -25,11 +37,9 @@ void TZOJson::Decode(QByteArray AJson, TZOValueHolder& ADest) {
     if (decoder.Decode(ADest.Type(), ADest))
         return;
     ADest.Clear();
-    const QString pointer =
-        decoder.Pointer().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(decoder.Pointer());
     const QString place = PlaceText(AJson, static_cast<qsizetype>(decoder.ErrorOffset()));
     const QString message = QStringLiteral("The JSON text is not as expected at %1%2: %3.")
-                                .arg(place, pointer, decoder.Message());
+                                .arg(place, PointerText(decoder.Pointer()), decoder.Message());
     if (decoder.IsTooDeep())
         throw EZOJsonDepthError(message);
     throw EZOJsonError(message);

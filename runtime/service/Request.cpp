@@ -5,6 +5,7 @@
 #include "runtime/service/ResponseText_p.h"
 
 #include "runtime/http/HttpClient.h"
+#include "runtime/http/HttpSecrets.h"
 #include "runtime/json/JsonCodec.h"
 #include "runtime/types/Streams.h"
 
@@ -133,15 +134,16 @@ TZOHttpResponse ZORequest::SendWithToken(QIODevice* ADestination, bool AIsTokenN
     TZOHttpResponse answer = FService->HttpClient().Execute(request);
     if (answer.Status / 100 == 2)
         return answer;
+    // A server may say back the credentials that it does not take.
+    const auto failure = [&] { return TZOHttpSecrets(request).Hide(ResponseText::Failure(answer)); };
     const bool isRefused = answer.Status == 401 && tokenScheme && FService->CanObtainToken(*tokenScheme);
     if (!isRefused)
-        throw EZOHttpStatusError(ResponseText::Failure(answer));
+        throw EZOHttpStatusError(failure());
     if (AIsTokenNew)
-        throw EZOHttpStatusError(ResponseText::Failure(answer) +
-                                 QStringLiteral("\nThis is what it says to a new token."));
+        throw EZOHttpStatusError(failure() + QStringLiteral("\nThis is what it says to a new token."));
     FService->ObtainToken(*tokenScheme);
     if (!CanBeRepeated(request.Body))
-        throw EZOHttpStatusError(ResponseText::Failure(answer) +
+        throw EZOHttpStatusError(failure() +
                                  QStringLiteral("\nThere is a new token now, but what was to be sent can be "
                                                 "read only once. Execute the request again."));
     return SendWithToken(ADestination, true);

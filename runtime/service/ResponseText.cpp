@@ -1,13 +1,15 @@
 #include "runtime/service/ResponseText_p.h"
 
+#include "runtime/service/ServerMessage_p.h"
+
+#include <QRegularExpression>
 #include <QStringConverter>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
-
-constexpr qsizetype MaxShownChars = 2000;
 
 /// For HTTP/2, which sends no reasons (RFC 9110, section 15).
 struct TReason {
@@ -78,24 +80,22 @@ bool IsHarmful(QChar AChar) {
     return turnsDirection || (AChar.category() == QChar::Other_Control && code != '\n' && code != '\t');
 }
 
-QString ForDisplay(QString AText) {
-    AText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    AText = AText.trimmed();
-    const bool isCut = AText.size() > MaxShownChars;
-    if (isCut)
-        AText.truncate(AText.at(MaxShownChars - 1).isHighSurrogate() ? MaxShownChars - 1 : MaxShownChars);
-    for (QChar& c : AText) {
-        if (IsHarmful(c))
-            c = QChar::ReplacementCharacter;
-    }
-    return isCut ? AText + QStringLiteral("...") : AText;
-}
-
-QString BinarySummary(const TZOHttpResponse& AResponse) {
-    const QByteArray type = ResponseText::MediaType(AResponse);
-    return QStringLiteral("(%1 bytes of %2)")
-        .arg(qMax(AResponse.Body.size(), AResponse.Header("Content-Length").toLongLong()))
-        .arg(type.isEmpty() ? QStringLiteral("unnamed type") : ForDisplay(QString::fromUtf8(type)));
+/// How long the server asks to wait before the next attempt; empty when it does not say.
+QString RetryText(const TZOHttpResponse& AResponse) {
+    if (AResponse.Status != 429 && AResponse.Status != 503)
+        return {};
+    static const QRegularExpression seconds(QStringLiteral("^\\d{1,9}$"));
+    static const QRegularExpression date(
+        QStringLiteral("^[A-Z][a-z]{2}, \\d\\d [A-Z][a-z]{2} \\d{4} \\d\\d:\\d\\d:\\d\\d GMT$"));
+    const QString text = QString::fromLatin1(AResponse.Header("Retry-After"));
+    if (seconds.match(text).hasMatch())
+        return text.toInt() == 1
+                   ? QStringLiteral("The server asks to wait 1 second before the next attempt.")
+                   : QStringLiteral("The server asks to wait %1 seconds before the next attempt.")
+                         .arg(text.toInt());
+    if (date.match(text).hasMatch())
+        return QStringLiteral("The server asks to wait until %1 before the next attempt.").arg(text);
+    return {};
 }
 
 } // namespace
@@ -115,12 +115,27 @@ std::optional<QString> ResponseText::BodyText(const TZOHttpResponse& AResponse) 
     return text;
 }
 
+QString ResponseText::ForDisplay(QString AText, qsizetype AMaxChars) {
+    AText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    AText = AText.trimmed();
+    const bool isCut = AText.size() > AMaxChars;
+    if (isCut)
+        AText.truncate(AText.at(AMaxChars - 1).isHighSurrogate() ? AMaxChars - 1 : AMaxChars);
+    for (QChar& c : AText) {
+        if (IsHarmful(c))
+            c = QChar::ReplacementCharacter;
+    }
+    return isCut ? AText + QStringLiteral("...") : AText;
+}
+
 QString ResponseText::Failure(const TZOHttpResponse& AResponse) {
     const QString status =
         QStringLiteral("%1 %2").arg(AResponse.Status).arg(ForDisplay(ReasonOf(AResponse))).trimmed();
-    if (AResponse.Body.isEmpty())
-        return status;
-    const auto text = BodyText(AResponse);
-    const QString said = text ? ForDisplay(*text) : BinarySummary(AResponse);
-    return said.isEmpty() ? status : status + QLatin1Char('\n') + said;
+    QStringList lines = {status, RetryText(AResponse)};
+    for (const QString& line : ServerMessage::Of(AResponse).split(QLatin1Char('\n'))) {
+        if (line != status)
+            lines.append(line);
+    }
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
 }

@@ -15,8 +15,11 @@ QByteArray MediaType(const TZOHttpResponse& AResponse);
 /// The body as text, by the charset that the answer names, or else UTF-8; nothing when it is no text.
 std::optional<QString> BodyText(const TZOHttpResponse& AResponse);
 
-/// "404 Not Found", and below it what the server said: its first 2,000 characters without control
-/// characters, or size and type of what is no text.
+/// AText without control characters, with an ellipsis for what stands behind its first AMaxChars characters.
+QString ForDisplay(QString AText, qsizetype AMaxChars = 2000);
+
+/// "404 Not Found", below it how long the server asks to wait (RFC 9110, section 10.2.3), and below that what
+/// the server said.
 QString Failure(const TZOHttpResponse& AResponse);
 
 } // namespace ResponseText

@@ -54,6 +54,7 @@ protected:
         QDir().mkpath(Folder());
         QFile file(FileName());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
         file.write(AContent);
     }
     static QByteArray Content(const QString& AFile) {
@@ -258,6 +259,11 @@ TEST_F(Registry, TakesBackRightsThatOthersWereGiven) {
     ::chmod(QFile::encodeName(FileName()).constData(), 0644);
     EXPECT_EQ(Read(Key, QStringLiteral("Secret")), QStringLiteral("s"));
     EXPECT_EQ(Mode(FileName()), 0600);
+    EXPECT_EQ(FReports,
+              QStringList(QStringLiteral("The settings file \"%1\" could be opened by other users of "
+                                         "this computer. Only you can now; secrets in it may have "
+                                         "been read.")
+                              .arg(FileName())));
 }
 
 TEST_F(Registry, LeavesNoTraceOfADeletedSecretInTheFile) {
@@ -332,9 +338,9 @@ TEST_F(Registry, SetsARubbishFileAsideAndStartsANewOne) {
     EXPECT_EQ(Content(aside), rubbish);
     EXPECT_EQ(Mode(aside), 0600);
     EXPECT_EQ(Mode(FileName()), 0600);
-    ASSERT_EQ(FReports.size(), 1);
-    EXPECT_TRUE(FReports[0].contains(FileName()));
-    EXPECT_TRUE(FReports[0].contains(aside));
+    ASSERT_EQ(FReports.size(), 2); // the first tells that others could open it
+    EXPECT_TRUE(FReports[1].contains(FileName()));
+    EXPECT_TRUE(FReports[1].contains(aside));
 }
 
 TEST_F(Registry, SetsADamagedFileAsideWhenItIsOnlyRead) {
@@ -356,6 +362,7 @@ TEST_F(Registry, NoticesATruncatedFile) {
     QFile file(fresh);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(whole.left(2 * 4096));
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     file.close();
     qputenv("ZO_SETTINGS_FILE", fresh.toUtf8());
     Write(Key, QStringLiteral("v"), QStringLiteral("1"));

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -9,11 +10,17 @@
 
 namespace {
 
-int BoundSocket(int& APort) {
-    const int handle = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+sockaddr_in Loopback(int APort) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<in_port_t>(APort));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+int BoundSocket(int& APort) {
+    const int handle = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = Loopback(0);
     socklen_t size = sizeof address;
     if (bind(handle, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         getsockname(handle, reinterpret_cast<sockaddr*>(&address), &size) != 0)
@@ -37,6 +44,15 @@ int ClosedPort() {
     int port = 0;
     close(BoundSocket(port));
     return port;
+}
+
+bool IsListening(int APort) {
+    const int handle = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in address = Loopback(APort);
+    const bool isListening =
+        connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(handle);
+    return isListening;
 }
 
 TRawServer::TRawServer(THandler AHandler) : FHandler(std::move(AHandler)) {
@@ -178,7 +194,8 @@ void TRawServer::TConnection::Write(const QByteArray& ABytes) {
     while (done < ABytes.size()) {
         const auto count = send(FSocket, ABytes.constData() + done,
                                 static_cast<std::size_t>(ABytes.size() - done), MSG_NOSIGNAL);
-        if (count <= 0)
+        FIsWritable = count > 0;
+        if (!FIsWritable)
             return;
         done += count;
     }
@@ -187,6 +204,30 @@ void TRawServer::TConnection::Write(const QByteArray& ABytes) {
 void TRawServer::TConnection::WaitForClose() {
     while (Receive()) {
     }
+}
+
+bool TRawServer::TConnection::Pause(int AMilliseconds) {
+    pollfd event{FSocket, POLLIN, 0};
+    return poll(&event, 1, AMilliseconds) == 0 || Receive();
+}
+
+void TRawServer::TConnection::RelayTo(int APort) {
+    const int far = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in address = Loopback(APort);
+    bool isOpen = connect(far, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    while (isOpen) {
+        pollfd ends[] = {{FSocket, POLLIN, 0}, {far, POLLIN, 0}};
+        isOpen = poll(ends, 2, -1) > 0;
+        for (int i = 0; isOpen && i < 2; ++i) {
+            char bytes[16384];
+            if (ends[i].revents == 0)
+                continue;
+            const auto count = recv(ends[i].fd, bytes, sizeof bytes, 0);
+            isOpen = count > 0 &&
+                     send(ends[1 - i].fd, bytes, static_cast<std::size_t>(count), MSG_NOSIGNAL) == count;
+        }
+    }
+    close(far);
 }
 
 void TRawServer::TConnection::Reset() {

@@ -25,6 +25,12 @@ public:
         void Write(const QByteArray& ABytes);
         /// Says nothing until the client closes or the server is stopped.
         void WaitForClose();
+        /// Waits that long; false when the client has closed meanwhile.
+        bool Pause(int AMilliseconds);
+        /// Whether the client still takes what is written.
+        bool IsWritable() const noexcept { return FIsWritable; }
+        /// Carries bytes to and from that port of 127.0.0.1 until one side closes.
+        void RelayTo(int APort);
         /// Ends the connection with a reset instead of an orderly close.
         void Reset();
 
@@ -36,6 +42,7 @@ public:
 
         TRawServer& FServer;
         int FSocket;
+        bool FIsWritable = true;
         QByteArray FBuffer;
     };
     using THandler = std::function<void(TConnection& AConnection)>;
@@ -75,3 +82,5 @@ private:
 
 /// A port of 127.0.0.1 on which nothing listens.
 int ClosedPort();
+/// Whether anything listens on that port of 127.0.0.1.
+bool IsListening(int APort);
