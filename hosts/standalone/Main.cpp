@@ -10,6 +10,7 @@
 #include "jsoneditor/view/DemoDataSource.h"
 #include "jsoneditor/view/RestView.h"
 
+#include "platform/CoreFiles.h"
 #include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
 #include "platform/Fonts.h"
@@ -109,6 +110,7 @@ int RunExplorer(const TOptions& AOptions) {
 } // namespace
 
 int main(int AArgc, char** AArgv) {
+    ForbidCoreFiles();
     QApplication application(AArgc, AArgv);
     QApplication::setApplicationName(QStringLiteral("zoexplorer"));
     QApplication::setApplicationVersion(QStringLiteral(ZO_VERSION));

@@ -2,6 +2,8 @@
 #include "hosts/zoapi/Commands.h"
 #include "hosts/zoapi/Secrets.h"
 
+#include "platform/CoreFiles.h"
+
 #include <QCoreApplication>
 
 #include <cstdio>
@@ -63,6 +65,7 @@ int RunCommand(const QStringList& AArguments) {
 } // namespace
 
 int main(int AArgc, char** AArgv) {
+    ForbidCoreFiles();
     QStringList arguments;
     for (int i = 1; i < AArgc; ++i)
         arguments.append(QString::fromLocal8Bit(AArgv[i]));

@@ -154,6 +154,13 @@ TEST_F(THttpbinTest, RedirectsAreFollowedToALimit) {
 
 TEST_F(THttpbinTest, ACompressedAnswerIsRead) {
     ExpectAnswer("Gzip", "{}", R"({"gzipped":true,"method":"GET"})");
+    TZOServiceBuilder builder("TTestService", {}, Server.Url());
+    for (const QString& name : {QStringLiteral("brotli"), QStringLiteral("deflate")})
+        builder.Operation(name, {}, "GET", u'/' + name, {}, TZOTypeLibrary::Scalar(vkAny));
+    const auto other = ClassOf(builder);
+    const auto service = other->Create();
+    EXPECT_THAT(Exec(*service, "brotli").toStdString(), testing::HasSubstr("\"brotli\":true"));
+    EXPECT_THAT(Exec(*service, "deflate").toStdString(), testing::HasSubstr("\"deflated\":true"));
 }
 
 TEST_F(THttpbinTest, EveryUuidIsNew) {
