@@ -78,10 +78,10 @@ void RaiseProxyRefusal(const TZOCurlFailure& AFailure) {
                                 .arg(status));
 }
 
-/// Whether the other side broke the connection off. The secure layer has the reason in its words only.
+/// Whether the other side broke the connection off. The words have the reason; the number may be that of an
+/// earlier transfer, and the secure layer sets none.
 bool IsReset(const TZOCurlFailure& AFailure) {
-    const int number = SystemError(AFailure.Easy);
-    return number == ECONNRESET || number == EPIPE || AFailure.Detail.contains(qt_error_string(ECONNRESET)) ||
+    return AFailure.Detail.contains(qt_error_string(ECONNRESET)) ||
            AFailure.Detail.contains(qt_error_string(EPIPE));
 }
 

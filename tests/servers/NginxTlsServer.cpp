@@ -22,11 +22,8 @@ error_log FOLDER/error.log;
 events { worker_connections 64; }
 http {
     access_log off;
-    client_body_temp_path FOLDER/body;
-    proxy_temp_path FOLDER/proxy;
-    fastcgi_temp_path FOLDER/fastcgi;
-    uwsgi_temp_path FOLDER/uwsgi;
-    scgi_temp_path FOLDER/scgi;
+    client_body_temp_path FOLDER/body; proxy_temp_path FOLDER/proxy;
+    fastcgi_temp_path FOLDER/fastcgi; uwsgi_temp_path FOLDER/uwsgi; scgi_temp_path FOLDER/scgi;
 SITES}
 )";
 

@@ -94,11 +94,11 @@ TEST_P(TFaultTest, MeetsADownloadInTheSameWay) {
     // What is written to a file is neither bounded nor looked into.
     if (name.startsWith("endless-") || name == "gzip-bomb" || name == "deep-json" || name == "invalid-utf-8")
         return;
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
     const POper oper = OperOf(*Service, "Download");
     ZORequest request(Service.get(), oper->Request);
     Fill(request, "{\"fault\":\"" + name + "\"}");
-    QBuffer file;
-    file.open(QIODevice::WriteOnly);
     TZOValueHolder response(oper->Response, true);
     void* ref = nullptr;
     response.GetByRef(ref);
