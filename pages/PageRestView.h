@@ -5,9 +5,8 @@
 
 /// Its grey and its symbols are chosen for the ground of the page; on the selected row they come as close to
 /// the text's colour as they have to for being read there.
+/// To those who ask for its class by name it is the row editor.
 class TZOPageRestView final : public TZORestView {
-    Q_OBJECT
-
 public:
     using TZORestView::TZORestView;
 
