@@ -27,6 +27,8 @@ public:
 
     /// Lets somebody work at the window; returns what went wrong.
     std::string Run(const std::function<void(TKeyboardUser&)>& AWork);
+    /// As the command line does.
+    void OpenDocument(const QString& APath) { FWindow->OpenDocuments({APath}); }
     /// Builds the request from nothing and executes it; returns what went wrong.
     std::string Run(const TKeyboardCall& ACall);
 

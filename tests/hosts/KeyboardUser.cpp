@@ -17,9 +17,10 @@ void TKeyboardUser::OpenOperation(const QString& AService, const QString& AOpera
                     [] { return Screen::Focus() != QStringLiteral("nothing"); });
     const std::pair<QString, QString> pages[] = {{AService, QStringLiteral("Operations")},
                                                  {AOperation, QStringLiteral("Request")}};
+    FDriver.See(AService);
     for (const auto& [name, next] : pages) {
-        FDriver.See(name);
         FDriver.Type(name);
+        FDriver.See(name); // in a long list not before
         FDriver.TabTo(QStringLiteral("TZOSearchList"));
         FDriver.PressUntilAt(Down, name);
         FDriver.Press({Return});
