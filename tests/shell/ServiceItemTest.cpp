@@ -241,6 +241,7 @@ TEST_F(ServiceItem, DoesNotSaveWhatIsReportedWhileItLoadsItsOptions) {
     QFile settings(Folder.filePath(QStringLiteral("settings.db")));
     ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
     settings.write("rubbish rubbish rubbish");
+    settings.setPermissions(QFile::ReadOwner | QFile::WriteOwner); // or those would be told of, too
     settings.close();
     // What is wrong with the settings is told in the midst of loading them.
     int reports = 0;
