@@ -30,14 +30,65 @@ if(ZO_MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
 
-# zo_library(NAME SOURCES... HEADERS... [PRIVATE_HEADERS...] LINK...)
-# HEADERS are public: each is compiled alone by the all_verify_interface_header_sets target.
+# zo_library(NAME SOURCES... HEADERS... [PRIVATE_HEADERS...] LINK... [PACKAGE NAME])
+# HEADERS are public: each is compiled alone by the all_verify_interface_header_sets target. With PACKAGE it
+# becomes a part of that shared library, which whoever links it gets.
 function(zo_library name)
-  cmake_parse_arguments(A "" "" "SOURCES;HEADERS;PRIVATE_HEADERS;LINK;LINK_PRIVATE" ${ARGN})
-  add_library(${name} STATIC ${A_SOURCES} ${A_PRIVATE_HEADERS})
-  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${A_HEADERS})
-  target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE zo_flags ${A_LINK_PRIVATE})
-  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  cmake_parse_arguments(A "" "PACKAGE" "SOURCES;HEADERS;PRIVATE_HEADERS;LINK;LINK_PRIVATE" ${ARGN})
+  if(A_PACKAGE)
+    set(objects ${name}_objects)
+    add_library(${objects} OBJECT ${A_HEADERS})
+    target_compile_options(${objects} PRIVATE -fno-semantic-interposition)
+    add_library(${name} INTERFACE)
+    target_sources(${name} INTERFACE FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${A_HEADERS})
+    target_link_libraries(${name} INTERFACE ${A_PACKAGE})
+    target_link_libraries(${A_PACKAGE} PRIVATE ${objects})
+    # A part stands on the other parts themselves: the package is not there before them.
+    foreach(kind LINK LINK_PRIVATE)
+      foreach(library ${A_${kind}})
+        get_target_property(parts_package ${library} ZO_PACKAGE)
+        if(parts_package STREQUAL A_PACKAGE)
+          list(TRANSFORM A_${kind} APPEND _objects REGEX "^${library}$")
+        endif()
+      endforeach()
+    endforeach()
+    set_target_properties(${name} PROPERTIES ZO_PACKAGE ${A_PACKAGE})
+  else()
+    set(objects ${name})
+    add_library(${objects} STATIC)
+    target_sources(${objects} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${A_HEADERS})
+  endif()
+  target_sources(${objects} PRIVATE ${A_SOURCES} ${A_PRIVATE_HEADERS})
+  target_include_directories(${objects} PUBLIC ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${objects} PUBLIC ${A_LINK} PRIVATE zo_flags ${A_LINK_PRIVATE})
+  set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# zo_package(NAME LINK...): a shared library that is made of the libraries that name it as their package.
+function(zo_package name)
+  cmake_parse_arguments(A "" "" "LINK" ${ARGN})
+  if(ZO_FUZZ)
+    # The fuzzer watches what is linked into its program.
+    add_library(${name} STATIC)
+  else()
+    add_library(${name} SHARED)
+  endif()
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR})
+  target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE zo_flags)
+  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_COMPONENT development)
+endfunction()
+
+# zo_service_plugin(NAME SOURCES... LINK...): a shared library that registers service classes, where hosts
+# look for it.
+function(zo_service_plugin name)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  set(folder zobridgework/services)
+  add_library(${name} MODULE ${A_SOURCES})
+  target_link_libraries(${name} PRIVATE zo_flags ${A_LINK})
+  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR}/${folder}
+    INSTALL_RPATH "$ORIGIN/../..")
+  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${folder})
 endfunction()
 
 # zo_program(NAME SOURCES... LINK...)

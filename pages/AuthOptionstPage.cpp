@@ -23,6 +23,12 @@ void SetLineColor(QWidget* ALine, bool AIsRed) {
     ALine->setAutoFillBackground(AIsRed);
 }
 
+// Setting the same text again would take caret and undo history from whoever is typing it.
+void ShowText(QLineEdit* AEdit, const QString& AText) {
+    if (AEdit->text() != AText)
+        AEdit->setText(AText);
+}
+
 } // namespace
 
 TZOAuthOptionstPage::TZOAuthOptionstPage(TZOShellFrame* AShell, TZOServiceItem* AItem)
@@ -46,6 +52,8 @@ TZOShellPage* TZOAuthOptionstPage::Make(TZOShellFrame* AShell, TZOServiceItem* A
         frame, [frame](TZOIdeTheming* ATheming) { frame->IdeThemeChanged(ATheming); });
     frame->InitScopeCheckBoxes();
     frame->UpdateView();
+    connect(AItem->Component(), &TZORestService::OptionsReported, frame,
+            [frame] { GuardedCall(frame, [frame] { frame->UpdateView(); }); });
     return page;
 }
 
@@ -104,9 +112,9 @@ void TZOAuthOptionstPage::UpdateView() {
     const bool hasKey = !service->GetApiKey().isEmpty();
     FUi->ApiKeyHeader->setText(hasKey ? QStringLiteral("API Key:") : QStringLiteral("Use API Key..."));
     FUi->ApiKeyLabel->setText(service->GetApiKey());
-    FUi->ClientIdEdit->setText(service->GetClientId());
-    FUi->SecretEdit->setText(service->GetSecret());
-    FUi->RedirectUrlEdit->setText(service->GetRedirectUrl());
+    ShowText(FUi->ClientIdEdit, service->GetClientId());
+    ShowText(FUi->SecretEdit, service->GetSecret());
+    ShowText(FUi->RedirectUrlEdit, service->GetRedirectUrl());
     UpdateScopes(service, hasKey);
     for (QWidget* control :
          {static_cast<QWidget*>(FUi->ClientIdEdit), static_cast<QWidget*>(FUi->SecretEdit),

@@ -56,8 +56,10 @@ std::unique_ptr<TZORestServiceClass> TClockService::DeclareClass(const QString& 
         {P::InQuery("at", types.Scalar(vkDateTime), "For example 2024-02-29T12:30:00+01:00.").Needed()},
         MakeInstant(types));
 
-    return std::make_unique<TZORestServiceClass>("TClockService", service.Build(),
-                                                 [](const TZORestServiceClass* AClass, QObject* AOwner) {
-                                                     return std::make_unique<TClockService>(AClass, AOwner);
-                                                 });
+    auto made = std::make_unique<TZORestServiceClass>(
+        "TClockService", service.Build(), [](const TZORestServiceClass* AClass, QObject* AOwner) {
+            return std::make_unique<TClockService>(AClass, AOwner);
+        });
+    made->SetComponentHeader("samples/ClockServiceComponent.h");
+    return made;
 }

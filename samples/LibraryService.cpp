@@ -321,11 +321,13 @@ std::unique_ptr<TZORestServiceClass> TLibraryService::DeclareClass(const QString
     AddLoans(service, types);
     AddHouse(service, types);
 
-    // The factory makes the component; credentials that the user has stored are set afterwards, over these.
-    return std::make_unique<TZORestServiceClass>(
+    // The factory makes the instances; credentials that the user has stored are set afterwards, over these.
+    auto made = std::make_unique<TZORestServiceClass>(
         "TLibraryService", service.Build(), [AApiKey](const TZORestServiceClass* AClass, QObject* AOwner) {
             auto instance = std::make_unique<TLibraryService>(AClass, AOwner);
             instance->SetApiKey(AApiKey);
             return instance;
         });
+    made->SetComponentHeader("samples/LibraryServiceComponent.h");
+    return made;
 }

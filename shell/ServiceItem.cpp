@@ -49,6 +49,7 @@ TZOServiceItem::TZOServiceItem(TZOShellFrame* AShell, TZORestService* AComponent
     : FShell(AShell), FSvcClass(AComponent->Class()), FComponent(AComponent) {
     InitParams();
     FComponent->FreeNotifier().Register(FShell);
+    connect(FComponent, &TZORestService::OptionsReported, this, [this] { FShell->OptionsReported(); });
 }
 
 TZOServiceItem::~TZOServiceItem() {

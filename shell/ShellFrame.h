@@ -86,6 +86,8 @@ public:
 
     /// Refreshes the authentication panel from the top page, which also opens its options with AShowOptions.
     void UpdateOptions(TZOIdeTheming* ATheming, bool AShowOptions);
+    /// Refreshes it after a user's component was changed in another place than the explorer.
+    void OptionsReported();
     /// Raises ERegistryException when the settings cannot be written.
     void SaveTokens();
     /// Called by the destructor of a page of the stack.

@@ -8,6 +8,8 @@
 #include "shell/ServiceItem.h"
 #include "shell/ShellPage.h"
 
+#include "platform/ExceptionDisplay.h"
+
 #include <algorithm>
 
 void TZOShellFrame::InitServiceList() {
@@ -131,6 +133,10 @@ void TZOShellFrame::RemoveItem(TZOServiceItem* AItem) {
     for (const auto& page : PagesFromTop())
         if (page)
             page->ServiceRemoved(AItem);
+}
+
+void TZOShellFrame::OptionsReported() {
+    GuardedCall(this, [this] { UpdateOptions(FTheming, false); });
 }
 
 void TZOShellFrame::SaveTokens() {

@@ -5,10 +5,10 @@
 
 #include "pages/Pages.h"
 
-#include "samples/Samples.h"
-
 #include "jsoneditor/view/DemoDataSource.h"
 #include "jsoneditor/view/RestView.h"
+
+#include "runtime/service/ServicePlugins.h"
 
 #include "platform/CoreFiles.h"
 #include "platform/ExceptionDisplay.h"
@@ -79,18 +79,14 @@ int RunDemoEditor() {
 }
 
 int RunExplorer(const TOptions& AOptions) {
-    QString problem;
-    try {
-        StartSamples();
-    } catch (const std::exception& e) {
-        problem = ExceptionMessage(e);
-    }
+    TZOServicePlugins plugins;
+    plugins.LoadAll();
     StartPages();
     int exitCode = 0;
     {
         TZOMainWindow window;
-        if (!problem.isEmpty())
-            window.Notify(problem);
+        for (const auto& failure : plugins.Failures())
+            window.Notify(failure.ToText());
         window.show();
         if (!AOptions.Documents.isEmpty())
             QMetaObject::invokeMethod(
@@ -103,7 +99,6 @@ int RunExplorer(const TOptions& AOptions) {
         exitCode = QApplication::exec();
     }
     StopPages();
-    StopSamples();
     return exitCode;
 }
 

@@ -118,11 +118,34 @@ void TZOTourDriver::Click(const QString& AText, int ATimes) {
         Fail(QStringLiteral("\"%1\" stands nowhere").arg(AText));
     Say(QStringLiteral("%1: %2").arg(ATimes == 2 ? QStringLiteral("double-click") : QStringLiteral("click"),
                                      AText));
-    Xdotool({QStringLiteral("mousemove"), QString::number(place->x()), QString::number(place->y())});
-    QThread::msleep(2 * LookEveryMs);
-    OnScreen([] { return true; });
+    MoveTo(*place);
     Xdotool({QStringLiteral("click"), QStringLiteral("--repeat"), QString::number(ATimes),
              QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1")});
+    OnScreen([] { return true; });
+}
+
+void TZOTourDriver::ClickAt(const QPoint& APlace, int AButton) {
+    Say(QStringLiteral("click: %1 at %2, %3").arg(AButton).arg(APlace.x()).arg(APlace.y()));
+    MoveTo(APlace);
+    Xdotool({QStringLiteral("click"), QString::number(AButton)});
+    OnScreen([] { return true; });
+}
+
+void TZOTourDriver::Drag(const QPoint& AFrom, const QPoint& ATo) {
+    constexpr int steps = 8;
+    Say(QStringLiteral("drag: %1, %2 to %3, %4").arg(AFrom.x()).arg(AFrom.y()).arg(ATo.x()).arg(ATo.y()));
+    MoveTo(AFrom);
+    Xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    // A drag begins and goes on by moves that are seen one by one.
+    for (int i = 1; i <= steps; ++i)
+        MoveTo(AFrom + (ATo - AFrom) * i / steps);
+    Xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+    OnScreen([] { return true; });
+}
+
+void TZOTourDriver::MoveTo(const QPoint& APlace) {
+    Xdotool({QStringLiteral("mousemove"), QString::number(APlace.x()), QString::number(APlace.y())});
+    QThread::msleep(2 * LookEveryMs);
     OnScreen([] { return true; });
 }
 

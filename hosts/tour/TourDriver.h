@@ -42,6 +42,10 @@ public:
     void TabTo(const QString& AClassName);
     /// Clicks on what shows AText, once or twice.
     void Click(const QString& AText, int ATimes = 1);
+    /// Clicks on a point of the screen with a button of the mouse: 1 left, 3 right.
+    void ClickAt(const QPoint& APlace, int AButton = 1);
+    /// Drags with the left button from one point of the screen to another.
+    void Drag(const QPoint& AFrom, const QPoint& ATo);
 
     /// Writes what is on the screen into the transcript, and its picture into the next file.
     void Picture(const QString& AName);
@@ -50,6 +54,7 @@ public:
 
 private:
     void Xdotool(const QStringList& AArguments);
+    void MoveTo(const QPoint& APlace);
     void Say(const QString& AText);
     [[noreturn]] void Fail(const QString& AWhat);
 

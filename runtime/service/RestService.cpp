@@ -30,6 +30,8 @@ const TZORestService::TTypeInfo* TZORestService::TypeInfo() const { return FClas
 
 void TZORestService::Loaded() {}
 
+void TZORestService::ReportOptions() { Q_EMIT OptionsReported(); }
+
 void TZORestService::SetDefaultScopes() {
     FScopes.clear();
     for (const TScope& scope : TypeInfo()->Scopes()) {

@@ -54,6 +54,9 @@ public:
     void SetClientId(const QString& AValue) { FClientId = AValue; }
     void SetSecret(const QString& AValue) { FSecret = AValue; }
     void SetRedirectUrl(const QString& AValue) { FRedirectUrl = AValue; }
+    /// To be called by whoever changed the options in another place than the explorer, so that pages which
+    /// show them follow: emits OptionsReported.
+    void ReportOptions();
 
     /// The names of the scopes to ask for; the list is the service's own.
     QStringList& Scopes() noexcept { return FScopes; }
@@ -102,6 +105,8 @@ public:
 Q_SIGNALS:
     /// The token was obtained, renewed or dropped.
     void TokenReported();
+    /// The options were changed in another place than the explorer.
+    void OptionsReported();
 
 protected:
     /// The service reports a new token; emits TokenReported.
@@ -207,6 +212,11 @@ public:
     const TZORestService::TTypeInfo* TypeInfo() const noexcept { return FTypeInfo.get(); }
     std::unique_ptr<TZORestService> Create(QObject* AOwner = nullptr) const;
 
+    /// The header that declares the component of this class, named as the class with "Component" after it,
+    /// for programs with forms that hold one. Empty where there is none.
+    const QString& ComponentHeader() const noexcept { return FComponentHeader; }
+    void SetComponentHeader(const QString& AHeader) { FComponentHeader = AHeader; }
+
     /// Adds AClass (not owned) at the end of TZOTypeInfo::Services(). A class registered twice counts once.
     static void Register(const TZORestServiceClass* AClass);
     /// Takes AClass out again; harmless when it is not registered.
@@ -214,6 +224,7 @@ public:
 
 private:
     QString FClassName;
+    QString FComponentHeader;
     std::unique_ptr<TZORestService::TTypeInfo> FTypeInfo;
     TFactory FFactory;
 };

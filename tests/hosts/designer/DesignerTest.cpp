@@ -1,0 +1,106 @@
+// Qt Designer itself, with the plug-in, on a display of its own.
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const char* const EmptyForm = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0">
+ <class>Form</class>
+ <widget class="QWidget" name="Form">
+  <property name="geometry"><rect><x>0</x><y>0</y><width>360</width><height>300</height></rect></property>
+  <property name="windowTitle"><string>Form</string></property>
+ </widget>
+</ui>
+)";
+
+const char* const FormWithService = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0">
+ <class>Form</class>
+ <widget class="QWidget" name="Form">
+  <property name="geometry"><rect><x>0</x><y>0</y><width>360</width><height>300</height></rect></property>
+  <widget class="TLibraryServiceComponent" name="libraryService">
+   <property name="geometry"><rect><x>60</x><y>60</y><width>40</width><height>40</height></rect></property>
+   <property name="ApiKey" stdset="0"><string/></property>
+   <property name="ClientId" stdset="0"><string>client</string></property>
+   <property name="Secret" stdset="0"><string>s3cret</string></property>
+  </widget>
+ </widget>
+ <customwidgets>
+  <customwidget>
+   <class>TLibraryServiceComponent</class>
+   <extends>QWidget</extends>
+   <header>samples/LibraryServiceComponent.h</header>
+  </customwidget>
+ </customwidgets>
+</ui>
+)";
+
+class Designer : public testing::Test {
+protected:
+    QString FormFile() const { return FFolder.filePath(QStringLiteral("form.ui")); }
+
+    void WriteForm(const char* AText) {
+        QFile file(FormFile());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(AText);
+    }
+
+    /// Starts the editor on the form and waits until the road has ended and the editor with it.
+    void Walk(const QString& ARoad) {
+        QProcess designer;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(ZO_PLUGIN_PATHS));
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), FFolder.filePath(QStringLiteral("data")));
+        environment.insert(QStringLiteral("ZO_ROAD"), ARoad);
+        environment.insert(QStringLiteral("ZO_ROAD_FOLDER"), QStringLiteral(ZO_PICTURES "/") + ARoad);
+        designer.setProcessEnvironment(environment);
+        designer.setProcessChannelMode(QProcess::MergedChannels);
+        designer.start(QStringLiteral(ZO_WITH_DISPLAY),
+                       {QStringLiteral("--size"), QStringLiteral("1600x1000"), QStringLiteral("timeout"),
+                        QStringLiteral("100"), QStringLiteral(ZO_DESIGNER), FormFile()});
+        ASSERT_TRUE(designer.waitForFinished(150'000)) << designer.errorString().toStdString();
+        EXPECT_EQ(designer.exitCode(), 0) << designer.readAll().toStdString();
+    }
+
+    QString Form() const {
+        QFile file(FormFile());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QString::fromUtf8(file.readAll())
+            .simplified()
+            .replace(QStringLiteral("> <"), QStringLiteral("><"));
+    }
+
+private:
+    QTemporaryDir FFolder;
+};
+
+} // namespace
+
+TEST_F(Designer, KeepsWhatIsTypedInTheExplorerWithTheForm) {
+    WriteForm(EmptyForm);
+    Walk(QStringLiteral("fill"));
+    const QString form = Form();
+    for (const char* part :
+         {"class=\"TLibraryServiceComponent\" name=\"libraryService\"",
+          "<header>samples/LibraryServiceComponent.h</header>", "name=\"ClientId\" stdset=\"0\"",
+          "<string>client</string>", "<string>s3cret</string>", "<string>http://127.0.0.1/here</string>",
+          "<string>loans.write</string>"})
+        EXPECT_TRUE(form.contains(QLatin1String(part))) << part << "\n" << form.toStdString();
+    EXPECT_FALSE(form.contains(QStringLiteral("key-7")));
+}
+
+TEST_F(Designer, LeavesThePagesOfAComponentThatIsDeletedOrWhoseFormIsClosed) {
+    WriteForm(FormWithService);
+    Walk(QStringLiteral("remove"));
+}
+
+TEST_F(Designer, ClosesWithPagesOpen) {
+    WriteForm(FormWithService);
+    Walk(QStringLiteral("close"));
+}
