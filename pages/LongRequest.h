@@ -5,11 +5,11 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QWidget>
 
 #include <functional>
 
 class QAbstractButton;
-class QWidget;
 
 /// While it lives, a request is under way. Short ones pass unnoticed; once one lasts longer than PatienceMs,
 /// the application keeps painting, and the user can cancel with Escape or the cancel button. No other key or
