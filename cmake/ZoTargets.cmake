@@ -43,6 +43,7 @@ function(zo_library name)
     target_sources(${name} INTERFACE FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${A_HEADERS})
     target_link_libraries(${name} INTERFACE ${A_PACKAGE})
     target_link_libraries(${A_PACKAGE} PRIVATE ${objects})
+    zo_install_headers(${name})
     # A part stands on the other parts themselves: the package is not there before them.
     foreach(kind LINK LINK_PRIVATE)
       foreach(library ${A_${kind}})
@@ -64,9 +65,10 @@ function(zo_library name)
   set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-# zo_package(NAME LINK...): a shared library that is made of the libraries that name it as their package.
+# zo_package(NAME EXPORT NAME LINK...): a shared library that is made of the libraries that name it as their
+# package; for other projects it is ZOBridgework::EXPORT.
 function(zo_package name)
-  cmake_parse_arguments(A "" "" "LINK" ${ARGN})
+  cmake_parse_arguments(A "" "EXPORT" "LINK" ${ARGN})
   if(ZO_FUZZ)
     # The fuzzer watches what is linked into its program.
     add_library(${name} STATIC)
@@ -76,7 +78,7 @@ function(zo_package name)
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR})
   target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE zo_flags)
-  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_COMPONENT development)
+  zo_install_library(${name} ${A_EXPORT})
 endfunction()
 
 # zo_service_plugin(NAME SOURCES... LINK...): a shared library that registers service classes, where hosts
@@ -86,9 +88,8 @@ function(zo_service_plugin name)
   set(folder zobridgework/services)
   add_library(${name} MODULE ${A_SOURCES})
   target_link_libraries(${name} PRIVATE zo_flags ${A_LINK})
-  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR}/${folder}
-    INSTALL_RPATH "$ORIGIN/../..")
-  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${folder})
+  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR}/${folder})
+  zo_install_file(${name} ${CMAKE_INSTALL_LIBDIR}/${folder})
 endfunction()
 
 # zo_program(NAME SOURCES... LINK...)
