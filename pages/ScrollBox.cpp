@@ -22,6 +22,11 @@ bool TZOScrollBox::eventFilter(QObject* AObject, QEvent* AEvent) {
 
 void TZOScrollBox::wheelEvent(QWheelEvent* AEvent) {
     const int delta = AEvent->angleDelta().y();
+    if (AEvent->angleDelta().isNull()) {
+        // As touch pads begin and end with. The base class would give it to the bar, which gives it back.
+        AEvent->ignore();
+        return;
+    }
     if (delta == 0) {
         QScrollArea::wheelEvent(AEvent);
         return;

@@ -48,6 +48,9 @@ public:
     }
 
     QVariant data(const QModelIndex& AIndex, int ARole) const override {
+        // Copying asks for the current row, which there may not be.
+        if (!AIndex.isValid())
+            return {};
         const TRow& row = FRows[static_cast<std::size_t>(AIndex.row())];
         switch (ARole) {
         case Qt::DisplayRole:

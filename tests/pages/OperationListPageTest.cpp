@@ -2,7 +2,9 @@
 
 #include "platform/IdeTheming.h"
 
+#include <QClipboard>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 
 namespace {
 
@@ -69,6 +71,16 @@ TEST_F(OperationListPage, EscapeInTheSearchListsEverythingAgain) {
     EXPECT_EQ(Search()->text(), QString());
     EXPECT_EQ(Rows().size(), 3);
     EXPECT_TRUE(List()->hasFocus());
+}
+
+TEST_F(OperationListPage, CopiesTheSelectedNameIfThereIsOne) {
+    ShowOperations(QStringLiteral("TMapService"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    QTest::keyClick(List(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(QGuiApplication::clipboard()->text().contains(QStringLiteral("Locate")));
+    QTest::keyClick(List(), Qt::Key_Down);
+    QTest::keyClick(List(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Locate"));
 }
 
 TEST_F(OperationListPage, TheFirstDownSelectsTheFirstOperation) {

@@ -85,3 +85,12 @@ TEST_F(ScrollBox, MovesTheSameWayUnderItsBar) {
     TurnWheel(Box->verticalScrollBar(), -120);
     EXPECT_EQ(Position(), 96);
 }
+
+TEST_F(ScrollBox, LeavesAWheelThatDoesNotTurnToOthers) {
+    Wheel(-120);
+    Wheel(0);
+    EXPECT_EQ(Position(), 96);
+    EXPECT_EQ(Outside.Count, 1);
+    TurnWheel(Box->verticalScrollBar(), 0);
+    EXPECT_EQ(Position(), 96);
+}
