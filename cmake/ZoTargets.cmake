@@ -90,6 +90,8 @@ function(zo_service_plugin name)
   set(folder zobridgework/services)
   add_library(${name} MODULE ${A_SOURCES})
   target_link_libraries(${name} PRIVATE zo_flags ${A_LINK})
+  # One that only hands over to another library uses nothing of the C library, which Debian wants named.
+  target_link_options(${name} PRIVATE -Wl,--push-state,--no-as-needed,-lc,--pop-state)
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ZO_LIBRARY_DIR}/${folder})
   zo_install_file(${name} ${CMAKE_INSTALL_LIBDIR}/${folder})
 endfunction()
