@@ -38,6 +38,11 @@ TZOShellPage* TZOOperationListPage::Make(TZOShellFrame* AShell, TZOServiceItem* 
     TZOShellPage* page = frame->Wrap(AItem->Name());
     frame->FTheming = TZOIdeTheming::ThemeComponent(
         frame, [frame](TZOIdeTheming* ATheming) { frame->IdeThemeChanged(ATheming); });
+    connect(AItem, &TZOServiceItem::Renamed, frame, [frame, page = QPointer(page), AItem] {
+        frame->FUi->HeaderLabel->setText(AItem->Name());
+        if (page)
+            page->SetCaption(AItem->Name());
+    });
     frame->UpdateView();
     return page;
 }

@@ -53,6 +53,7 @@ void TZOServiceListPage::UpdateList() {
     std::vector<TZOServiceItem*> classes;
     for (int i = 0; i < FShell->GetServiceCount(); ++i) {
         TZOServiceItem* item = FShell->GetServices(i);
+        connect(item, &TZOServiceItem::Renamed, this, &TZOServiceListPage::UpdateList, Qt::UniqueConnection);
         if (TZOSearchList::Matches(item->Name(), search))
             (item->GetIsUserComp() ? components : classes).push_back(item);
     }

@@ -50,6 +50,10 @@ TZOServiceItem::TZOServiceItem(TZOShellFrame* AShell, TZORestService* AComponent
     InitParams();
     FComponent->FreeNotifier().Register(FShell);
     connect(FComponent, &TZORestService::OptionsReported, this, [this] { FShell->OptionsReported(); });
+    connect(FComponent, &QObject::objectNameChanged, this, [this] {
+        FName = MakeName();
+        Q_EMIT Renamed();
+    });
 }
 
 TZOServiceItem::~TZOServiceItem() {
@@ -62,9 +66,7 @@ void TZOServiceItem::InitParams() {
     if (!FTypeInfo)
         throw EInvalidCast(QStringLiteral("Invalid class typecast"));
     FDescription = TZOShellFrame::FormatDescription(FTypeInfo->Description());
-    FName = FSvcClass->ClassName();
-    if (GetIsUserComp())
-        FName = FComponent->objectName().isEmpty() ? u'<' + FName + u'>' : FComponent->objectName();
+    FName = MakeName();
     try {
         LoadOptions();
         LoadToken();
@@ -72,6 +74,13 @@ void TZOServiceItem::InitParams() {
         // One bad value must not keep the whole explorer from starting.
         TRegistry::Report(e.Message());
     }
+}
+
+QString TZOServiceItem::MakeName() const {
+    if (!GetIsUserComp())
+        return FSvcClass->ClassName();
+    const QString name = FComponent->objectName();
+    return name.isEmpty() ? u'<' + FSvcClass->ClassName() + u'>' : name;
 }
 
 QString TZOServiceItem::GetRootKey() const {

@@ -54,8 +54,13 @@ public:
     /// To be called by whoever changed the component's options: saves them, unless they are being loaded.
     void OptionsModified();
 
+Q_SIGNALS:
+    /// The user has given the component another name.
+    void Renamed();
+
 private:
     void InitParams();
+    QString MakeName() const;
     void LoadScopes(TRegistry& ARegistry);
     void TokenReported();
     static IDesignerNotify* GetDesigner(const QObject* AComponent);

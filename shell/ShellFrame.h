@@ -90,6 +90,8 @@ public:
     void OptionsReported();
     /// Raises ERegistryException when the settings cannot be written.
     void SaveTokens();
+    /// Called by a page of the stack whose caption is another now.
+    void CaptionChanged() { UpdateNavBar(FTheming); }
     /// Called by the destructor of a page of the stack.
     void PageRemoved(TZOShellPage* APage);
 

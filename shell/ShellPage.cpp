@@ -23,6 +23,12 @@ TZOShellPage::~TZOShellPage() {
     }
 }
 
+void TZOShellPage::SetCaption(const QString& ACaption) {
+    FCaption = ACaption;
+    if (FShell)
+        FShell->CaptionChanged();
+}
+
 TZOServiceItem* TZOShellPage::Service() const { return static_cast<TZOServiceItem*>(FService.data()); }
 
 void TZOShellPage::SetService(TZOServiceItem* AItem) { FService = AItem; }

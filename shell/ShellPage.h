@@ -35,6 +35,8 @@ public:
 
     /// What the navigation bar shows; empty after the frame was destroyed by somebody else.
     const QString& Caption() const { return FCaption; }
+    /// Shows at once in the navigation bar.
+    void SetCaption(const QString& ACaption);
     /// Null after the frame was destroyed by somebody else.
     TZOPageFrame* Frame() const { return FFrame; }
     /// The shell while the page is in its stack, null before and after.

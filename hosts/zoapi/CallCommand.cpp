@@ -44,9 +44,9 @@ class TCall {
 public:
     explicit TCall(const TZOArguments& AArguments)
         : FArguments(AArguments),
-          FDocument(Load(AArguments.Positional().front())),
-          FOper(FindOper(*FDocument, AArguments.Positional().last())),
-          FService(FDocument->ServiceClass()->Create()),
+          FSource(Load(AArguments.Positional().front())),
+          FOper(FindOper(FSource, AArguments.Positional().last())),
+          FService(FSource.Class->Create()),
           FRequest(FService.get(), FOper->Request),
           FIsDownload(FOper->Response && FOper->Response->Kind() == vkDownload) {
         if (FIsDownload && !FArguments.Has("output"))
@@ -211,7 +211,7 @@ private:
     }
 
     const TZOArguments& FArguments;
-    std::unique_ptr<TZOApiDocument> FDocument;
+    TSource FSource;
     POper FOper;
     TConsoleSignOn FSignOn;
     std::unique_ptr<TZORestService> FService;

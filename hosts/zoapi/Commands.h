@@ -8,9 +8,13 @@
 /// imported. A bad command line or request value raises EZOUsageError.
 namespace Commands {
 
+int Services(const QStringList& AArguments);
 int Import(const QStringList& AArguments);
 int Operations(const QStringList& AArguments);
 int Describe(const QStringList& AArguments);
 int Call(const QStringList& AArguments);
+
+/// Stops what the commands have started.
+void Done();
 
 } // namespace Commands

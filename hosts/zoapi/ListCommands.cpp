@@ -110,14 +110,33 @@ int Commands::Import(const QStringList& AArguments) {
     return exitCode;
 }
 
+int Commands::Services(const QStringList& AArguments) {
+    const TZOArguments arguments(AArguments, {{"json"}});
+    if (!arguments.Positional().isEmpty())
+        throw EZOUsageError(QStringLiteral("The command \"services\" takes no name."));
+    QByteArrayList items;
+    for (const TZORestServiceClass* serviceClass : PluginClasses()) {
+        const QString& description = serviceClass->TypeInfo()->Description();
+        TMembers members;
+        members.Add("name", serviceClass->ClassName());
+        members.Add("description", description);
+        items.append(members.Json());
+        if (!arguments.Has("json"))
+            PrintLine(serviceClass->ClassName() + QStringLiteral("  ") + description.simplified());
+    }
+    if (arguments.Has("json"))
+        PrintLine(QString::fromUtf8(List(items)));
+    return Success;
+}
+
 int Commands::Operations(const QStringList& AArguments) {
     const TZOArguments arguments(AArguments, {{"json"}});
     if (arguments.Positional().size() != 1)
         throw EZOUsageError(QStringLiteral("Name one document."));
-    const auto document = Load(arguments.Positional().front());
+    const TSource source = Load(arguments.Positional().front());
     QByteArrayList items;
     QString lines;
-    for (const TZORestService::TOper& oper : document->ServiceClass()->TypeInfo()->Opers()) {
+    for (const TZORestService::TOper& oper : source.Class->TypeInfo()->Opers()) {
         const QString method = QString::fromLatin1(oper.Http.Method);
         const QString& description = oper.Request->Description();
         if (arguments.Has("json")) {
@@ -145,8 +164,8 @@ int Commands::Describe(const QStringList& AArguments) {
     const TZOArguments arguments(AArguments, {});
     if (arguments.Positional().size() != 2)
         throw EZOUsageError(QStringLiteral("Name a document and one of its operations."));
-    const auto document = Load(arguments.Positional().front());
-    std::fputs(TypeOutline::Of(*FindOper(*document, arguments.Positional().last())).toUtf8().constData(),
+    const TSource source = Load(arguments.Positional().front());
+    std::fputs(TypeOutline::Of(*FindOper(source, arguments.Positional().last())).toUtf8().constData(),
                stdout);
     return Success;
 }

@@ -5,6 +5,7 @@
 #include "platform/CoreFiles.h"
 
 #include <QCoreApplication>
+#include <QScopeGuard>
 
 #include <cstdio>
 
@@ -14,10 +15,13 @@ constexpr int BadCommandLine = 2;
 
 constexpr const char* Usage = R"(Usage: zoapi COMMAND ...
 
+  services [--json]              lists the service classes of service plug-ins
   import [--json] DOC...         reads API documents and tells what is in them
   operations [--json] DOC        lists the operations
   describe DOC OPERATION         shows what an operation takes and answers
   call DOC OPERATION [OPTION]... executes an operation
+
+Where a document is asked for, the name of a service class will do, too, except for import.
 
 Options of call:
   --server URL         where requests go, instead of the document's first server
@@ -49,6 +53,7 @@ int RunCommand(const QStringList& AArguments) {
         return 0;
     }
     const std::pair<const char*, int (*)(const QStringList&)> commands[] = {
+        {"services", &Commands::Services},
         {"import", &Commands::Import},
         {"operations", &Commands::Operations},
         {"describe", &Commands::Describe},
@@ -71,6 +76,7 @@ int main(int AArgc, char** AArgv) {
         arguments.append(QString::fromLocal8Bit(AArgv[i]));
     Secrets::Wipe(AArgc, AArgv);
     const QCoreApplication application(AArgc, AArgv);
+    const auto done = qScopeGuard(Commands::Done);
     try {
         return RunCommand(arguments);
     } catch (const EZOUsageError& error) {

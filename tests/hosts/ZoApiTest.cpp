@@ -309,3 +309,32 @@ TEST_F(ZoApi, SaysWhatItCanDo) {
     EXPECT_EQ(Run({"--version"}), 0);
     EXPECT_TRUE(Output.startsWith("zoapi "));
 }
+
+TEST_F(ZoApi, KnowsTheServicesOfPlugins) {
+    EXPECT_EQ(Run({"services"}), 0);
+    EXPECT_TRUE(Output.startsWith("TLibraryService  The catalogue, readers and loans of a city library"))
+        << Output.toStdString();
+    EXPECT_THAT(Output.toStdString(), testing::HasSubstr("\nTClockService  "));
+    EXPECT_EQ(Run({"services", "--json"}), 0);
+    EXPECT_TRUE(Output.startsWith(R"([{"name":"TLibraryService","description":"The catalogue)"));
+    EXPECT_EQ(Run({"operations", "TLibraryService"}), 0);
+    EXPECT_TRUE(Output.startsWith("SearchMedia  GET  /media  Finds books")) << Output.toStdString();
+    EXPECT_EQ(Run({"call", "TLibraryService", "GetMedium", "--set", "id=7"}), 0) << Errors.toStdString();
+    EXPECT_THAT(Output.toStdString(), testing::HasSubstr("\"id\":7"));
+    EXPECT_EQ(Run({"describe", "TLibraryService", "Nothing"}), 2);
+    EXPECT_THAT(Errors.toStdString(), testing::HasSubstr("TLibraryService has no operation \"Nothing\"."));
+    EXPECT_EQ(Run({"services", "x"}), 2);
+}
+
+TEST_F(ZoApi, SkipsAPluginThatCannotBeLoaded) {
+    qputenv("XDG_DATA_HOME", Folder.path().toUtf8());
+    ASSERT_TRUE(QDir(Folder.path()).mkpath("zobridgework/services"));
+    Write("zobridgework/services/broken.so", "no library");
+    EXPECT_EQ(Run({"services"}), 0);
+    EXPECT_THAT(Errors.toStdString(), testing::HasSubstr("zobridgework/services/broken.so was skipped: "));
+    EXPECT_THAT(Output.toStdString(), testing::HasSubstr("TClockService"));
+    // Documents need no plug-in.
+    EXPECT_EQ(Run({"operations", "pets.yaml"}), 0);
+    EXPECT_EQ(Errors, QByteArray());
+    qunsetenv("XDG_DATA_HOME");
+}

@@ -141,6 +141,31 @@ TEST_F(OperationListPage, GoesBackToTheServicesWhenItsComponentGoes) {
     EXPECT_EQ(Stack(), QStringList{QStringLiteral("Services")});
 }
 
+TEST_F(OperationListPage, FollowsTheNameOfAUsersComponent) {
+    ShowShell();
+    TZORestService component(Classes[0].get());
+    component.setObjectName(QStringLiteral("places"));
+    Shell->ExploreComponent(&component);
+    Settle();
+    const auto inBar = [this] { return Shell->findChild<TZOLinkLabel*>(QStringLiteral("NavTwo"))->text(); };
+    EXPECT_EQ(Find<QLabel>("HeaderLabel")->text(), QStringLiteral("places"));
+    EXPECT_EQ(inBar(), QStringLiteral("places"));
+
+    component.setObjectName(QStringLiteral("maps"));
+    EXPECT_EQ(Find<QLabel>("HeaderLabel")->text(), QStringLiteral("maps"));
+    EXPECT_EQ(inBar(), QStringLiteral("maps"));
+    EXPECT_EQ(Stack(), (QStringList{QStringLiteral("Services"), QStringLiteral("maps")}));
+    component.setObjectName(QString());
+    EXPECT_EQ(inBar(), QStringLiteral("<TMapService>"));
+
+    Shell->ShowServiceList();
+    Settle();
+    component.setObjectName(QStringLiteral("roads"));
+    EXPECT_EQ(Rows(), (QStringList{QStringLiteral("Recent User Components"), QStringLiteral("roads"),
+                                   QStringLiteral("ZO Bridgework Service Classes"),
+                                   QStringLiteral("TMapService"), QStringLiteral("TEmptyService")}));
+}
+
 TEST_F(OperationListPage, AnotherServiceMayGoWithoutNotice) {
     ShowOperations(QStringLiteral("TMapService"));
     Shell->ServiceClassRemoved(Classes[1].get());
