@@ -25,17 +25,27 @@
 
 namespace {
 
-/// The colour that most of the picture has.
+/// The colour that most of the picture has, where shades of it that run into each other count as one: a
+/// button's ground is a different one in each line.
 QColor Ground(const QImage& AImage) {
-    std::map<QRgb, int> counts;
+    constexpr QRgb shade = 0xFFF0F0F0;
+    std::map<QRgb, std::map<QRgb, int>> counts;
     for (int y = 0; y < AImage.height(); ++y)
         for (int x = 0; x < AImage.width(); ++x)
-            ++counts[AImage.pixel(x, y)];
+            ++counts[AImage.pixel(x, y) & shade][AImage.pixel(x, y)];
     QRgb best = 0;
     int most = 0;
-    for (const auto& [color, count] : counts)
-        if (count > most)
-            std::tie(best, most) = std::pair(color, count);
+    for (const auto& [_, colors] : counts) {
+        int all = 0, often = 0;
+        QRgb usual = 0;
+        for (const auto& [color, count] : colors) {
+            all += count;
+            if (count > often)
+                std::tie(usual, often) = std::pair(color, count);
+        }
+        if (all > most)
+            std::tie(best, most) = std::pair(usual, all);
+    }
     return QColor(best);
 }
 
