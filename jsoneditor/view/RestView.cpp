@@ -138,22 +138,55 @@ void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
         return;
     }
     if (delta != 0) {
-        // Qt moves no picture with a hole in it: it would paint all of it again.
-        if (!FUncovered.isEmpty())
-            repaint(FUncovered);
         // What is painted moves along with its rows; only rows that come into sight are painted.
-        scroll(0, delta, client);
+        MovePicture(client, delta);
         for (TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next())
             layout->FBounds.translate(0, delta);
-        for (const TZOInplaceEditor* editor : {FEditor, FHover}) {
-            if (!editor->isHidden())
-                update(editor->geometry().translated(0, delta));
-        }
     }
     const int bottom = FContentHeight - FYScroll;
     const int end = qMin(AOldBottom + delta, bottom);
     if (bottom != AOldBottom + delta && end <= client.bottom())
         update(client.adjusted(0, qMax(0, end), 0, 0));
+}
+
+void TZORestView::MovePicture(const QRect& AArea, int ADown) {
+    // Qt moves no picture with a hole in it: it would paint all of it again.
+    if (!FUncovered.isEmpty())
+        repaint(FUncovered);
+    scroll(0, ADown, AArea);
+    for (TZOInplaceEditor* editor : {FEditor, FHover}) {
+        if (editor->isHidden())
+            continue;
+        update((editor->geometry() & AArea).translated(0, ADown));
+        // Qt would take what has moved under it for its picture, and carry that along to its next place.
+        editor->update();
+    }
+}
+
+void TZORestView::CarryShifted(const TZORowRange& ARange, const QRect& AClient) {
+    QRect longest, run;
+    int down = 0, runDown = 0;
+    const TZOViewRow* row = RowAt(ARange.First);
+    for (int i = ARange.First; i <= ARange.Last && row; ++i, row = row->Next()) {
+        const QRect bounds = BoundsOfRow(i, AClient);
+        const QRect was = row->FLayout ? row->FLayout->FBounds : QRect();
+        const int by = was.size() == bounds.size() ? bounds.top() - was.top() : 0;
+        run = by != 0 && by == runDown ? run | bounds : bounds;
+        runDown = by;
+        if (by != 0 && run.height() > longest.height()) {
+            longest = run;
+            down = by;
+        }
+    }
+    // Moved further than they are high, they would drag along what stands between.
+    if (qAbs(down) >= longest.height())
+        return;
+    MovePicture((longest | longest.translated(0, -down)) & AClient, down);
+    for (TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next()) {
+        const QRect now = layout->FBounds.translated(0, down);
+        if (longest.contains(now))
+            layout->FBounds = now;
+    }
 }
 
 void TZORestView::PrepareUpdate() {
@@ -204,6 +237,10 @@ std::vector<int> TZORestView::ExtraRows(const TZORowRange& ARange) const {
 }
 
 void TZORestView::LayoutRows() {
+    const QRect client = ClientRect();
+    const TZORowRange range = RowsToLayOut();
+    if (!FIsRepainting)
+        CarryShifted(range, client);
     const std::vector<TZOViewRowLayout*> old = FLayouts.ToArray();
     FLayouts.Clear();
     // Also when a source raises half-way: what was not shown again is dropped, never forgotten.
@@ -213,8 +250,6 @@ void TZORestView::LayoutRows() {
                 delete layout;
         }
     });
-    const QRect client = ClientRect();
-    const TZORowRange range = RowsToLayOut();
     const std::vector<int> extra = ExtraRows(range);
     FLaidOutRect = ExposedRect();
     auto next = extra.begin();
@@ -227,9 +262,12 @@ void TZORestView::LayoutRows() {
         PutLayout(RowAt(*next), *next, client);
 }
 
+QRect TZORestView::BoundsOfRow(int AIndex, const QRect& AClient) const {
+    return {AClient.left(), AClient.top() + AIndex * FRowHeight - FYScroll, AClient.width(), FRowHeight};
+}
+
 void TZORestView::PutLayout(TZOViewRow* ARow, int AIndex, const QRect& AClient) {
-    const QRect bounds(AClient.left(), AClient.top() + AIndex * FRowHeight - FYScroll, AClient.width(),
-                       FRowHeight);
+    const QRect bounds = BoundsOfRow(AIndex, AClient);
     TZOViewRowLayout* layout = ARow->FLayout;
     if (!layout) {
         auto made = std::make_unique<TZOViewRowLayout>(this, ARow);

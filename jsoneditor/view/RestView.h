@@ -227,6 +227,9 @@ private:
     void PrepareUpdate();
     void LayoutRows();
     void CarryPainted(int AOldScroll, int AOldBottom);
+    void CarryShifted(const TZORowRange& ARange, const QRect& AClient);
+    void MovePicture(const QRect& AArea, int ADown);
+    QRect BoundsOfRow(int AIndex, const QRect& AClient) const;
     TZORowRange RowsToLayOut() const;
     std::vector<int> ExtraRows(const TZORowRange& ARange) const;
     void PutLayout(TZOViewRow* ARow, int AIndex, const QRect& AClient);

@@ -69,6 +69,68 @@ TEST_F(Repaint, CarriesThePictureAlongWhenTheSelectionScrolls) {
     }
 }
 
+TEST_F(Repaint, CarriesTheRowsBelowAnInsertedOneAndARemovedOneAlong) {
+    QRegion painted =
+        PaintedBy([&] { Text.Source.InsertAfter(Text.Row(2), TTextSource::MakeRow(QStringLiteral("new"))); });
+    EXPECT_EQ(painted & Text.View.ClientRect(), QRegion(Place(3)));
+    ExpectAsPaintedAnew();
+    painted = PaintedBy([&] { Text.Source.Remove(Text.Row(3)); });
+    const int lastWhole = Text.View.ClientRect().height() / Text.View.RowHeight();
+    EXPECT_GE((painted & Text.View.ClientRect()).boundingRect().top(), Place(lastWhole - 1).top());
+    ExpectAsPaintedAnew();
+}
+
+TEST_F(Repaint, CarriesTheEditorsRowAlong) {
+    Text.View.SelectRow(Text.Row(4), seFirstChunk);
+    Text.MoveMouse(Text.ChunkPoint(6, 1));
+    QCoreApplication::processEvents();
+    Text.Source.InsertAfter(Text.Row(1), TTextSource::MakeRow(QStringLiteral("new")));
+    ExpectAsPaintedAnew();
+    Text.Source.Remove(Text.Row(0));
+    ExpectAsPaintedAnew();
+    Text.Press(QStringLiteral("'typed'"));
+    Text.Source.Remove(Text.Row(1));
+    ExpectAsPaintedAnew();
+}
+
+TEST_F(Repaint, ShowsARunOfRowsWhereItWasMovedTo) {
+    Text.Source.MoveRangeAfter(Text.Row(6), Text.Row(1), Text.Row(2));
+    ExpectAsPaintedAnew();
+    Text.Source.MoveRangeBefore(Text.Row(0), Text.Row(3), Text.Row(7));
+    ExpectAsPaintedAnew();
+    // Further than it is long.
+    Text.Source.MoveRangeAfter(Text.Row(5), Text.Row(0), Text.Row(0));
+    ExpectAsPaintedAnew();
+    // Out of sight and back.
+    Text.Source.MoveRangeAfter(Text.Row(150), Text.Row(2), Text.Row(4));
+    ExpectAsPaintedAnew();
+    Text.Source.MoveRangeAfter(Text.Row(1), Text.Row(148), Text.Row(150));
+    ExpectAsPaintedAnew();
+}
+
+TEST_F(Repaint, ShowsWhatChangedInOneGo) {
+    Text.View.SelectRow(Text.Row(5), seFirstChunk);
+    QCoreApplication::processEvents();
+    Text.Source.BeginUpdate();
+    Text.Source.InsertAfter(Text.Row(1), TTextSource::MakeRow(QStringLiteral("new")));
+    Text.Source.Remove(Text.Row(4));
+    Text.Source.Remove(Text.Row(4));
+    Text.View.SelectRow(Text.Row(0), seHide);
+    Text.View.ScrollTo(3 * Text.View.RowHeight());
+    Text.Source.EndUpdate();
+    ExpectAsPaintedAnew();
+}
+
+TEST_F(Repaint, ShowsTheEmptyGroundBelowRowsThatMovedUp) {
+    while (Text.View.GetRowCount() > 6)
+        Text.Source.Remove(Text.View.GetLast());
+    ExpectAsPaintedAnew();
+    Text.Source.Remove(Text.Row(2));
+    ExpectAsPaintedAnew();
+    Text.Source.InsertAfter(Text.Row(0), TTextSource::MakeRow(QStringLiteral("new")));
+    ExpectAsPaintedAnew();
+}
+
 TEST_F(Repaint, ShowsOfTheScrollBarWhatHasMoved) {
     TPaintWatch watch(Bar());
     TurnWheel(&Text.View, -120);
@@ -93,4 +155,17 @@ TEST_F(Repaint, ShowsTheWholeScrollBarWhereAStyleSheetPaintsIt) {
     ExpectAsPaintedAnew();
     Text.View.ScrollTo(Text.View.ContentHeight() / 2);
     ExpectAsPaintedAnew();
+}
+
+TEST(RepaintOfTheMouseEditor, ShowsItsNextRowWhenRowsMoveUnderThePointer) {
+    TTextView text(
+        QStringLiteral("[aaaaaaaa] -\n  [bbbbbbbb] -\n    [cccccccc] -\n  [dddddddd] -\n[eeeeeeee] -"));
+    for (int from : {1, 2, 3}) {
+        text.MoveMouse(text.ChunkPoint(from, 1));
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(text.View.Hover()->isVisible());
+        text.Source.InsertAfter(text.Row(0), TTextSource::MakeRow(QStringLiteral("  [xxxxxxxx] -")));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(Plain(text.Host.screen()->grabWindow(text.Host.winId())), Plain(text.Host.grab()));
+    }
 }
