@@ -275,6 +275,38 @@ TEST(JsonDecode, SurvivesEveryTruncationOfAText) {
         EXPECT_NE(Failure(types.Record, whole.first(size)), QStringLiteral("no failure")) << size;
 }
 
+TEST(JsonDecode, FindsPropertiesWhoseNamesHoldWhatIsEscaped) {
+    TZOTypeLibrary types;
+    const auto with = [&](const QString& AName) {
+        return types.NewObject(AName).Property(AName, TZOTypeLibrary::Scalar(vkInteger)).Type();
+    };
+    const auto* quoted = with(QStringLiteral("c\"d"));
+    EXPECT_EQ(Through(quoted, R"({"c\"d":2})"), R"({"c\"d":2})");
+    const auto* type = with(QStringLiteral("a\\nb"));
+    EXPECT_EQ(Through(type, R"({"a\\nb":1})"), R"({"a\\nb":1})");
+    EXPECT_EQ(Through(type, R"({"a\nb":1})"), "{}") << "a line break is another name";
+}
+
+TEST(JsonDecode, TakesTheFirstOfAlternativesThatFitAsWell) {
+    TZOTypeLibrary types;
+    const auto one = [&](const char* AName) {
+        return types.NewObject(QLatin1String(AName))
+            .Property(QStringLiteral("name"), TZOTypeLibrary::Scalar(vkString))
+            .Type();
+    };
+    const auto* type = types.NewUnion(QStringLiteral("Animal"), QStringLiteral("type"), ufBare)
+                           .Tag(QStringLiteral("cat"), one("Cat"))
+                           .Tag(QStringLiteral("dog"), one("Dog"))
+                           .Type();
+    for (const char* json : {R"({"name":"Tom"})", R"({"name":"Tom","age":1})"}) {
+        TZOValueHolder holder(type, true);
+        TZOJson::Decode(json, holder);
+        void* ref = nullptr;
+        ASSERT_TRUE(holder.GetValue(ref));
+        EXPECT_EQ(ZOUnion::TData::GetTag(*static_cast<ZOUnion**>(ref))->Name, QStringLiteral("cat")) << json;
+    }
+}
+
 TEST(JsonDecode, ReplacesWhatTheHolderHeld) {
     const TTypes types;
     TZOValueHolder holder(types.Record, true);

@@ -58,7 +58,11 @@ TEST(JsonText, FindsHalfCharactersAmongEscapes) {
     EXPECT_TRUE(JsonText::HasLoneSurrogate("\\ud83d\\u0041"));
     EXPECT_FALSE(JsonText::HasLoneSurrogate("\\ud83d\\ude00"));
     EXPECT_FALSE(JsonText::HasLoneSurrogate("\\\\ud800"));
-    EXPECT_FALSE(JsonText::HasLoneSurrogate("plain"));
+    for (const char* half :
+         {"\\ud7ff\\udc00", "\\udbff", "\\udc00", "\\udfff", "\\udbff\\ue000", "\\ud800\\udbff"})
+        EXPECT_TRUE(JsonText::HasLoneSurrogate(half)) << half;
+    for (const char* whole : {"plain", "\\ud7ff", "\\ue000", "\\ud800\\udc00", "\\udbff\\udfff"})
+        EXPECT_FALSE(JsonText::HasLoneSurrogate(whole)) << whole;
 }
 
 TEST(AnyValue, KeepsDigitsAndKeyOrderButNotBlanks) {
