@@ -191,6 +191,16 @@ TEST_F(Registry, HasNoOpenKeyAfterDeletingIt) {
     EXPECT_TRUE(TRegistry().KeyExists(QStringLiteral("SOFTWARE")));
 }
 
+TEST_F(Registry, KeepsItsKeyOpenWhenOneIsDeletedWhoseNameItsOwnBeginsWith) {
+    Write(QStringLiteral("A\\B"), QStringLiteral("v"), QStringLiteral("1"));
+    TRegistry registry;
+    registry.OpenKey(QStringLiteral("A\\BB"), true);
+    EXPECT_TRUE(registry.DeleteKey(QStringLiteral("\\A\\B")));
+    registry.WriteString(QStringLiteral("v"), QStringLiteral("2"));
+    registry.CloseKey();
+    EXPECT_EQ(Read(QStringLiteral("A\\BB"), QStringLiteral("v")), QStringLiteral("2"));
+}
+
 TEST_F(Registry, IgnoresWritesWithoutAnOpenKey) {
     Write(Key, QStringLiteral("Kept"), QStringLiteral("1"));
     const QByteArray before = Content(FileName());
@@ -264,6 +274,15 @@ TEST_F(Registry, TakesBackRightsThatOthersWereGiven) {
                                          "this computer. Only you can now; secrets in it may have "
                                          "been read.")
                               .arg(FileName())));
+}
+
+TEST_F(Registry, TakesBackEachRightOfTheGroupAndOfOthers) {
+    Write(Key, QStringLiteral("Secret"), QStringLiteral("s"));
+    for (const mode_t right : {0040u, 0020u, 0010u, 0004u, 0002u, 0001u}) {
+        ASSERT_EQ(::chmod(QFile::encodeName(FileName()).constData(), 0600 | right), 0);
+        EXPECT_EQ(Read(Key, QStringLiteral("Secret")), QStringLiteral("s"));
+        EXPECT_EQ(Mode(FileName()), 0600) << right;
+    }
 }
 
 TEST_F(Registry, LeavesNoTraceOfADeletedSecretInTheFile) {
