@@ -142,6 +142,15 @@ TEST_F(CurlCommand, CredentialsAreInItOnRequestOnly) {
     ExpectSame(request);
 }
 
+TEST_F(CurlCommand, CredentialsFollowAnyQueryOfTheAddress) {
+    for (const char* address : {"/p", "/p?", "/p?a", "/p?a=1", "/p#x", "/p?#x", "/p?a=1#x?y"}) {
+        TZOHttpRequest request = Request("GET", Server.Url(address));
+        request.Headers = {{"Accept", "*/*"}};
+        request.CredentialQuery = "key=s3cret";
+        ExpectSame(request);
+    }
+}
+
 TEST_F(CurlCommand, WritesTheAnswerToAFileWhereOneIsNamed) {
     const QString name = Folder.filePath(QStringLiteral("it's out"));
     QProcess shell;

@@ -135,6 +135,7 @@ TEST_F(TRequestTest, ABodyIsJsonUnlessItIsDeclaredOtherwise) {
     } rows[] = {
         {Text, "", R"("x")", "application/json", R"("x")"},
         {Text, "text/plain", R"("ü")", "text/plain; charset=utf-8", "\xC3\xBC"},
+        {Text, "text/plain; charset=UTF-8", R"("ü")", "text/plain; charset=UTF-8", "\xC3\xBC"},
         {Text, "application/vnd.note+json", R"("x")", "application/vnd.note+json", R"("x")"},
         {Integer, "", "5", "application/json", "5"},
         {TZOTypeLibrary::Scalar(vkAny), "", R"({"a":[1.0]})", "application/json", R"({"a":[1.0]})"},

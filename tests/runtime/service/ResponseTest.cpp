@@ -169,6 +169,10 @@ TEST_F(TResponseTest, AFailureShowsWhatTheServerSaid) {
     Answer = TRawServer::Answer(QByteArray(5000, 'x'), "text/plain", "503 Service Unavailable");
     EXPECT_EQ(FailureOf<EZOHttpStatusError>([&] { Exec(*Service, "Read"); }),
               "503 Service Unavailable\n" + QString(2000, 'x') + "...");
+    Answer = TRawServer::Answer(QByteArray(1999, 'x') + "\xF0\x9F\x98\x80y", "text/plain", "400 Bad Request");
+    EXPECT_EQ(FailureOf<EZOHttpStatusError>([&] { Exec(*Service, "Read"); }),
+              "400 Bad Request\n" + QString(1999, 'x') + "...")
+        << "no half of a character";
     Answer = TRawServer::Answer(QByteArray("\x89PNG\0\0", 6), "image/png", "500");
     EXPECT_EQ(FailureOf<EZOHttpStatusError>([&] { Exec(*Service, "Read"); }),
               "500 Internal Server Error\n(6 bytes of image/png)");

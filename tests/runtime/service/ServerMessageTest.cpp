@@ -138,4 +138,17 @@ TEST_F(TSaidBack, ASecretThatTheServerRepeatsIsHidden) {
         "401 (hidden)\n(hidden), (hidden), (hidden), key=(hidden), session=(hidden), (hidden), (hidden)");
 }
 
+TEST_F(TSaidBack, ASecretThatHoldsAnotherIsHiddenWhole) {
+    TZOServiceBuilder builder("TTestService", {}, Url());
+    const int header = builder.AddScheme({"header", skApiKeyHeader, "X-Key"});
+    const int query = builder.AddScheme({"query", skApiKeyQuery, "key"});
+    builder.Operation("All", {}, "POST", "/touch", {}, nullptr).OperationSecurity({{{header, query}}});
+    const auto serviceClass = ClassOf(builder);
+    const auto service = serviceClass->Create();
+    service->SetApiKey("header=planted; query=more-planted-than-that");
+    Answer = TRawServer::Answer("planted and more-planted-than-that", "text/plain", "401 Unauthorized");
+    EXPECT_EQ(FailureOf<EZOHttpStatusError>([&] { Exec(*service, "All"); }),
+              "401 Unauthorized\n(hidden) and (hidden)");
+}
+
 } // namespace
