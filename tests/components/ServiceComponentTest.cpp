@@ -18,6 +18,13 @@ protected:
     ~ServiceComponent() override { StopSamples(); }
 };
 
+/// As form editors have it: they know the class of a component only after they have made it.
+class TLateComponent : public TZOServiceComponent {
+public:
+    TLateComponent() : TZOServiceComponent(nullptr) {}
+    void Take(const TZORestServiceClass* AClass) { SetServiceClass(AClass); }
+};
+
 } // namespace
 
 TEST_F(ServiceComponent, HasTheOptionsOfItsFormAtRunTimeAndIsNotSeen) {
@@ -61,6 +68,19 @@ TEST_F(ServiceComponent, ReportsAnOptionThatTheServiceDoesNotHaveYet) {
     component.SetScopes({"loans.write"});
     EXPECT_EQ(component.Service()->Scopes(), QStringList{"loans.write"});
     EXPECT_EQ(reports.size(), 2);
+}
+
+TEST_F(ServiceComponent, GivesWhatItHasToAServiceThatComesLater) {
+    TLateComponent component;
+    component.setObjectName("library");
+    component.SetSecret("s3cret");
+    component.SetScopes({"loans.write"});
+    EXPECT_FALSE(component.Service());
+    component.Take(TLateComponent::RegisteredClass(typeid(TLibraryService), "TLibraryService"));
+    ASSERT_TRUE(component.Service());
+    EXPECT_EQ(component.Service()->objectName(), "library");
+    EXPECT_EQ(component.Service()->GetSecret(), "s3cret");
+    EXPECT_EQ(component.Service()->Scopes(), QStringList{"loans.write"});
 }
 
 TEST_F(ServiceComponent, TellsWhatTheServiceHasOtherwise) {
