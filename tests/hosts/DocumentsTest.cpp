@@ -261,6 +261,22 @@ TEST_F(Documents, ThatChangeOnDiskAreOfferedForReload) {
     EXPECT_EQ(Operations(index), QStringList{"changed"});
 }
 
+TEST_F(Documents, AreNotOfferedForReloadWhileTheyAreEmpty) {
+    const auto offers = [this] {
+        QStringList texts;
+        for (const TZOOfferBar* offer : Window->findChildren<TZOOfferBar*>())
+            texts.append(offer->findChild<QLabel*>()->text());
+        return texts;
+    };
+    Window->OpenDocuments({Write("one.yaml", Api("One", "first")), Write("two.yaml", Api("Two", "first"))});
+    Write("one.yaml", "");
+    Write("two.yaml", Api("Two", "changed"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !offers().isEmpty(); }, 10000));
+    EXPECT_EQ(offers(), QStringList{"two.yaml has changed."});
+    Write("one.yaml", Api("One", "changed"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return offers().contains("one.yaml has changed."); }, 10000));
+}
+
 TEST_F(Documents, ThatAreReloadedStayAtTheirPage) {
     const auto api = [](const QByteArray& AOperation, const QByteArray& AParameters) {
         return "openapi: 3.0.0\ninfo: {title: One, version: '1'}\npaths:\n  /a: {get: {operationId: " +

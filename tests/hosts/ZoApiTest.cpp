@@ -167,6 +167,27 @@ TEST_F(ZoApi, BuildsTheRequestFromJsonAndFromPaths) {
     EXPECT_EQ(Errors, "Ok\n");
 }
 
+TEST_F(ZoApi, StaysWithTheAlternativeThatAPathHasChosen) {
+    Write(QStringLiteral("zoo.yaml"), R"(openapi: 3.0.3
+info: {title: Zoo, version: 1.0.0}
+paths:
+  /animals:
+    post:
+      operationId: add
+      requestBody: {content: {application/json: {schema: {oneOf: [
+        {title: Cat, type: object, properties: {lives: {type: integer}, name: {type: string}}},
+        {title: Dog, type: object, properties: {name: {type: string}, tail: {type: boolean}}}]}}}}
+      responses: {'204': {description: nothing}}
+)");
+    Answer = TRawServer::Answer({}, {}, "204 No Content");
+    const QString server = QString::fromLatin1(Server.Url({}));
+    EXPECT_EQ(Run({"call", "zoo.yaml", "add", "--set", "body/lives=9", "--set", "body/name=Tom", "--server",
+                   server}),
+              0)
+        << Errors.toStdString();
+    EXPECT_EQ(LastBody(), R"({"lives":9,"name":"Tom"})");
+}
+
 TEST_F(ZoApi, SendsAndReceivesFiles) {
     Answer = TRawServer::Answer("pixels", "image/png");
     Write(QStringLiteral("in.png"), "picture");
