@@ -1,5 +1,9 @@
 #include "tests/shell/ShellFixture.h"
 
+#include <array>
+#include <cstddef>
+#include <new>
+
 namespace {
 
 using ShellServices = ShellTest;
@@ -102,6 +106,19 @@ TEST_F(ShellServices, LetAComponentOutliveTheShell) {
     Settle();
     Shell.reset();
     component.reset(); // announces to nobody
+}
+
+TEST_F(ShellServices, TellNothingToAShellThatIsGone) {
+    alignas(TZOShellFrame) std::array<std::byte, sizeof(TZOShellFrame)> place = {};
+    auto component = std::make_unique<TTestService>(First.get());
+    auto* shell = new (place.data()) TZOShellFrame(nullptr);
+    shell->ExploreComponent(component.get());
+    std::destroy_at(shell);
+    // Freed memory may look like the shell for long; this does not.
+    place.fill(std::byte(0));
+    Log.clear();
+    component.reset();
+    EXPECT_EQ(Log, QStringList());
 }
 
 TEST_F(ShellServices, GrowWithAClassThatComesLater) {
