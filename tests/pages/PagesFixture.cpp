@@ -5,6 +5,7 @@
 #include "platform/IdeTheming.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 #include <QStyle>
 
 std::unique_ptr<TZORestServiceClass> MakeServiceClass(const QString& AName, const QString& ADescription,
@@ -92,8 +93,12 @@ void PagesTest::ClickRow(const QString& AName) {
 
 void PagesTest::DoubleClickRow(const QString& AName, Qt::MouseButton AButton) {
     const QPoint place = List()->visualRect(Row(AName)).center();
-    QTest::mouseClick(List()->viewport(), AButton, {}, place);
-    QTest::mouseDClick(List()->viewport(), AButton, {}, place);
+    const QPointer<QWidget> rows = List()->viewport();
+    QTest::mouseClick(rows, AButton, {}, place);
+    QTest::mouseDClick(rows, AButton, {}, place);
+    // Else the button stays down for every click through a window that follows, in other tests too.
+    if (rows)
+        QTest::mouseRelease(rows, AButton, {}, place);
     Settle();
 }
 
