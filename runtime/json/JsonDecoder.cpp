@@ -1,9 +1,10 @@
 #include "runtime/json/JsonDecoder_p.h"
 
+#include "runtime/json/PlainNumbers_p.h"
+
 #include "runtime/types/Any.h"
 #include "runtime/types/JsonText.h"
 #include "runtime/types/Rfc3339.h"
-#include "runtime/types/TypeLibrary.h"
 #include "runtime/types/ValueHolder.h"
 
 #include <charconv>
@@ -14,13 +15,6 @@ namespace {
 
 /// The largest whole number up to which every one has a double of its own.
 constexpr double MaxExactDouble = 9007199254740992.0;
-
-/// What stands between the quotes of a string token.
-std::string_view Content(std::string_view AToken) { return AToken.substr(1, AToken.size() - 2); }
-
-bool IsString(std::string_view AToken) {
-    return AToken.size() >= 2 && AToken.front() == '"' && AToken.back() == '"';
-}
 
 bool IsNumberStart(std::string_view AToken) {
     return !AToken.empty() && std::string_view("{[\"tfn").find(AToken.front()) == std::string_view::npos;
@@ -90,8 +84,8 @@ bool TZOJsonDecoder::Decode(const TZOTypeInfo* AType, TZOValueHolder& ADest) {
     return FTokens.IsAtEnd() || Fail(QStringLiteral("there is more text behind the value"), FTokens.Start());
 }
 
-bool TZOJsonDecoder::TakeNull(const TZOTypeInfo* AType) {
-    if (FTokens.Peek() != 'n' || FTokens.Token() != "null")
+bool TZOJsonDecoder::TakeWordNull(const TZOTypeInfo* AType) {
+    if (FTokens.Token() != "null")
         return false;
     if (AType->Kind() == vkUnion && static_cast<const ZOUnion::TTypeInfo*>(AType)->Form() == ufBare) {
         for (const ZOUnion::TTag& tag : static_cast<const ZOUnion::TTypeInfo*>(AType)->Tags()) {
@@ -122,7 +116,7 @@ bool TZOJsonDecoder::Fill(const TZOTypeInfo* AType, void* AStorage) {
         return FillFloat(*static_cast<double*>(AStorage));
     case vkDateTime:
     case vkDate:
-        return FillDate(AType, *static_cast<double*>(AStorage));
+        return FillDate(AType->Kind(), *static_cast<double*>(AStorage));
     case vkAny: {
         QByteArray json;
         if (!FillAny(json))
@@ -144,22 +138,19 @@ bool TZOJsonDecoder::Fill(const TZOTypeInfo* AType, void* AStorage) {
     case vkService:
         break;
     }
-    return FailType(AType, FTokens.Token());
+    return FailType(AType->Kind(), FTokens.Token());
 }
 
-bool TZOJsonDecoder::Text(const TZOTypeInfo* AType, std::string_view& AText, bool& AIsPlain) {
+bool TZOJsonDecoder::TextWithEscapes(TZOValueKind AKind, std::string_view& AText) {
     const std::string_view token = FTokens.Token();
     if (!IsString(token))
-        return FailType(AType, token);
+        return FailType(AKind, token);
     AText = Content(token);
-    AIsPlain = AText.find('\\') == AText.npos;
-    if (!AIsPlain) {
-        if (!JsonText::IsStringContent(AText))
-            return Fail(QStringLiteral("the string holds an escape that JSON does not know"), token.data());
-        if (JsonText::HasLoneSurrogate(AText))
-            return Fail(QStringLiteral("the string escapes half a character"), token.data());
-        AText = FTokens.Unescaped(AText);
-    }
+    if (!JsonText::IsStringContent(AText))
+        return Fail(QStringLiteral("the string holds an escape that JSON does not know"), token.data());
+    if (JsonText::HasLoneSurrogate(AText))
+        return Fail(QStringLiteral("the string escapes half a character"), token.data());
+    AText = FTokens.Unescaped(AText);
     FTokens.Drop();
     return true;
 }
@@ -167,7 +158,7 @@ bool TZOJsonDecoder::Text(const TZOTypeInfo* AType, std::string_view& AText, boo
 bool TZOJsonDecoder::FillString(QString& AString) {
     std::string_view text;
     bool isPlain = false;
-    if (!Text(TZOTypeLibrary::Scalar(vkString), text, isPlain))
+    if (!Text(vkString, text, isPlain))
         return false;
     AString = isPlain ? FTexts.Get(text) : FTexts.GetUnescaped(text);
     return true;
@@ -176,7 +167,7 @@ bool TZOJsonDecoder::FillString(QString& AString) {
 bool TZOJsonDecoder::FillBoolean(quint8& AValue) {
     const std::string_view token = FTokens.Token();
     if (token != "true" && token != "false")
-        return FailType(TZOTypeLibrary::Scalar(vkBoolean), token);
+        return FailType(vkBoolean, token);
     AValue = token == "true";
     FTokens.Drop();
     return true;
@@ -184,47 +175,56 @@ bool TZOJsonDecoder::FillBoolean(quint8& AValue) {
 
 bool TZOJsonDecoder::FillWholeNumber(qint64 AMin, qint64 AMax, qint64& ANumber) {
     const std::string_view token = FTokens.Token();
-    const char* end = token.data() + token.size();
-    const auto result = std::from_chars(token.data(), end, ANumber);
-    const bool isPlain = result.ec == std::errc() && result.ptr == end &&
-                         (token.size() < 2 || token[token.front() == '-' ? 1 : 0] != '0' || token == "-0");
-    if (!isPlain) {
-        if (!IsNumberStart(token))
-            return FailType(TZOTypeLibrary::Scalar(vkInteger), token);
-        if (!JsonText::IsNumber(token))
-            return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(token)), token.data());
-        double number = 0;
-        std::from_chars(token.data(), end, number);
-        if (token.find_first_of(".eE") == token.npos || std::abs(number) > MaxExactDouble)
-            return Fail(QStringLiteral("%1 does not fit the integer type").arg(Shown(token)), token.data());
-        if (number != std::trunc(number))
-            return Fail(QStringLiteral("%1 is not a whole number").arg(Shown(token)), token.data());
-        ANumber = static_cast<qint64>(number);
-    }
+    if (!PlainNumbers::ToWhole(token, ANumber) && !ReadWholeNumber(token, ANumber))
+        return false;
     if (ANumber < AMin || ANumber > AMax)
         return Fail(QStringLiteral("%1 does not fit the integer type").arg(Shown(token)), token.data());
     FTokens.Drop();
     return true;
 }
 
+bool TZOJsonDecoder::ReadWholeNumber(std::string_view AToken, qint64& ANumber) {
+    if (!IsNumberStart(AToken))
+        return FailType(vkInteger, AToken);
+    if (!JsonText::IsNumber(AToken))
+        return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(AToken)), AToken.data());
+    const char* const end = AToken.data() + AToken.size();
+    const auto result = std::from_chars(AToken.data(), end, ANumber);
+    if (result.ec == std::errc() && result.ptr == end)
+        return true;
+    double number = 0;
+    std::from_chars(AToken.data(), end, number);
+    if (AToken.find_first_of(".eE") == AToken.npos || std::abs(number) > MaxExactDouble)
+        return Fail(QStringLiteral("%1 does not fit the integer type").arg(Shown(AToken)), AToken.data());
+    if (number != std::trunc(number))
+        return Fail(QStringLiteral("%1 is not a whole number").arg(Shown(AToken)), AToken.data());
+    ANumber = static_cast<qint64>(number);
+    return true;
+}
+
 bool TZOJsonDecoder::FillFloat(double& ANumber) {
     const std::string_view token = FTokens.Token();
-    if (!IsNumberStart(token))
-        return FailType(TZOTypeLibrary::Scalar(vkFloat), token);
-    if (!JsonText::IsNumber(token))
-        return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(token)), token.data());
-    const auto result = std::from_chars(token.data(), token.data() + token.size(), ANumber);
-    if (result.ec != std::errc() || !std::isfinite(ANumber))
-        return Fail(QStringLiteral("%1 does not fit the float type").arg(Shown(token)), token.data());
+    if (!PlainNumbers::ToDouble(token, ANumber) && !ReadFloat(token, ANumber))
+        return false;
     FTokens.Drop();
     return true;
 }
 
-bool TZOJsonDecoder::FillDate(const TZOTypeInfo* AType, double& ADate) {
+bool TZOJsonDecoder::ReadFloat(std::string_view AToken, double& ANumber) {
+    if (!IsNumberStart(AToken))
+        return FailType(vkFloat, AToken);
+    if (!JsonText::IsNumber(AToken))
+        return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(AToken)), AToken.data());
+    const auto result = std::from_chars(AToken.data(), AToken.data() + AToken.size(), ANumber);
+    return (result.ec == std::errc() && std::isfinite(ANumber)) ||
+           Fail(QStringLiteral("%1 does not fit the float type").arg(Shown(AToken)), AToken.data());
+}
+
+bool TZOJsonDecoder::FillDate(TZOValueKind AKind, double& ADate) {
     const std::string_view token = FTokens.Token();
     std::string_view text;
     bool isPlain = false;
-    if (!Text(AType, text, isPlain))
+    if (!Text(AKind, text, isPlain))
         return false;
     return TZORfc3339::TryParse(text, ADate) ||
            Fail(QStringLiteral("%1 is not a valid RFC 3339 date or date-time").arg(Shown(token)),
@@ -243,7 +243,7 @@ bool TZOJsonDecoder::FillAny(QByteArray& AJson) {
 
 bool TZOJsonDecoder::FillList(ZOList& AList) {
     if (FTokens.Peek() != '[')
-        return FailType(AList.Type(), FTokens.Token());
+        return FailType(vkList, FTokens.Token());
     const TZOTypeInfo* itemType = AList.Type()->ItemType();
     return ForEach(']', [&] {
         void* storage = nullptr;
@@ -255,7 +255,7 @@ bool TZOJsonDecoder::FillList(ZOList& AList) {
 
 bool TZOJsonDecoder::FillMap(ZOMap& AMap) {
     if (FTokens.Peek() != '{')
-        return FailType(AMap.Type(), FTokens.Token());
+        return FailType(vkMap, FTokens.Token());
     const TZOTypeInfo* itemType = AMap.Type()->ItemType();
     return ForEach('}', [&] {
         std::string_view key;
@@ -278,7 +278,7 @@ bool TZOJsonDecoder::FillProperties(ZOObject* AObject, std::string_view ADiscrim
     const bool isFilled = ForEach('}', [&] {
         if (ADiscriminator.empty())
             return FillProperty(type, AObject, expected);
-        const TZOJsonTokens::TPlace place = FTokens.Start();
+        const TPlace place = FTokens.Start();
         std::string_view key;
         if (!Key(key))
             return false;
@@ -287,7 +287,7 @@ bool TZOJsonDecoder::FillProperties(ZOObject* AObject, std::string_view ADiscrim
         FTokens.GoTo(place);
         return FillProperty(type, AObject, expected);
     });
-    if (!isFilled || !FCountsMisfits)
+    if (!isFilled || !FIsTrial)
         return isFilled;
     void* ref = nullptr;
     for (int i = 0; i < type->PropertyCount(); ++i)
@@ -297,31 +297,27 @@ bool TZOJsonDecoder::FillProperties(ZOObject* AObject, std::string_view ADiscrim
 
 bool TZOJsonDecoder::FillProperty(const ZOObject::TTypeInfo* AType, ZOObject* AObject, int& AExpected) {
     // Servers write properties in the order of their type, so the next one is usually known.
-    PProperty property = nullptr;
     std::string_view key;
-    if (AExpected < AType->PropertyCount() && AType->HasPlainNames())
-        key = AType->PropertyNameUtf8(AExpected);
-    if (!key.empty() && FTokens.IsString(key)) {
-        property = AType->Property(AExpected);
-        FTokens.Drop();
-        if (!FTokens.Take(':'))
-            return FailSyntax();
+    if (AExpected < AType->PropertyCount() && FTokens.TakeKey(AType->JsonKey(AExpected))) {
+        key = Content(AType->JsonKey(AExpected));
     } else {
         if (!Key(key))
             return false;
-        property = AType->FindPropertyUtf8(Unescaped(key));
+        const PProperty property = AType->FindPropertyUtf8(Unescaped(key));
+        if (!property) {
+            ++FMisfits;
+            return Skip() || Step(key);
+        }
+        AExpected = property->Index;
     }
-    if (!property) {
-        ++FMisfits;
-        return Skip() || Step(key);
-    }
-    AExpected = property->Index + 1;
+    const int index = AExpected++;
+    const TZOTypeInfo* const type = AType->PropertyType(index);
     // The last one of repeated keys counts, and nothing of the earlier ones.
     void* storage = nullptr;
-    if (TakeNull(property->Type))
-        return ZOObject::TData::SetProp(AObject, property->Index, false, storage);
-    storage = ZOObject::TData::Renew(AObject, property->Index);
-    return Fill(property->Type, storage) || Step(key);
+    if (TakeNull(type))
+        return ZOObject::TData::SetProp(AObject, index, false, storage);
+    storage = ZOObject::TData::Renew(AObject, index);
+    return Fill(type, storage) || Step(key);
 }
 
 bool TZOJsonDecoder::Skip() {
@@ -332,8 +328,7 @@ bool TZOJsonDecoder::Skip() {
     if (token.empty())
         return FailSyntax();
     if (IsString(token)) {
-        const std::string_view content = Content(token);
-        if (content.find('\\') != content.npos && !JsonText::IsStringContent(content))
+        if (Words::HasBackslash(token) && !JsonText::IsStringContent(Content(token)))
             return Fail(QStringLiteral("the string holds an escape that JSON does not know"), token.data());
     } else if (!IsScalar(token)) {
         return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(token)), token.data());
@@ -375,7 +370,7 @@ bool TZOJsonDecoder::Key(std::string_view& AKey) {
     if (!IsString(token))
         return FailSyntax();
     AKey = Content(token);
-    if (AKey.find('\\') != AKey.npos) {
+    if (Words::HasBackslash(token)) {
         if (!JsonText::IsStringContent(AKey))
             return Fail(QStringLiteral("the key holds an escape that JSON does not know"), token.data());
         if (JsonText::HasLoneSurrogate(AKey))
@@ -421,13 +416,13 @@ bool TZOJsonDecoder::FailText() {
     }
 }
 
-bool TZOJsonDecoder::FailType(const TZOTypeInfo* AType, std::string_view AToken) {
+bool TZOJsonDecoder::FailType(TZOValueKind AKind, std::string_view AToken) {
     if (AToken.empty())
         return FailSyntax();
     const bool isOpening = AToken.front() == '{' || AToken.front() == '[' || AToken.front() == '"';
     if (!isOpening && !IsScalar(AToken))
         return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(AToken)), AToken.data());
-    return Fail(QStringLiteral("%1 is expected, not %2").arg(ExpectedKind(AType->Kind()), FoundKind(AToken)),
+    return Fail(QStringLiteral("%1 is expected, not %2").arg(ExpectedKind(AKind), FoundKind(AToken)),
                 AToken.data());
 }
 

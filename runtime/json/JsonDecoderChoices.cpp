@@ -9,7 +9,7 @@
 
 bool TZOJsonDecoder::FillObject(const ZOObject::TTypeInfo* AType, ZOObject*& AObject) {
     if (FTokens.Peek() != '{')
-        return FailType(AType, FTokens.Token());
+        return FailType(AType->Kind(), FTokens.Token());
     if (!AType->GetHasSubtypes())
         return FillProperties(AObject, {});
     const char* start = FTokens.Start();
@@ -33,7 +33,7 @@ bool TZOJsonDecoder::FillObject(const ZOObject::TTypeInfo* AType, ZOObject*& AOb
 }
 
 bool TZOJsonDecoder::PeekText(std::string_view AKey, QString& AText, bool& AFound) {
-    const TZOJsonTokens::TPlace place = FTokens.Start();
+    const TPlace place = FTokens.Start();
     FTokens.Drop();
     // What is leapt over here is checked when the object is read.
     while (!AFound && !FTokens.IsAtEnd() && FTokens.Peek() != '}') {
@@ -64,7 +64,7 @@ bool TZOJsonDecoder::FillUnion(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion)
 
 bool TZOJsonDecoder::FillTagged(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
     if (FTokens.Peek() != '{')
-        return FailType(AType, FTokens.Token());
+        return FailType(AType->Kind(), FTokens.Token());
     const char* start = FTokens.Start();
     const std::string tagKey = AType->TagName().toStdString();
     QString name;
@@ -94,43 +94,95 @@ bool TZOJsonDecoder::FillTagged(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion
 }
 
 bool TZOJsonDecoder::FillBare(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
-    const char* start = FTokens.Start();
-    const bool isNull = FTokens.Token() == "null";
-    const TZOJsonTokens::TPlace before = FTokens.Start();
-    if (!Skip())
-        return false;
-    const TZOJsonTokens::TPlace behind = FTokens.Start();
+    const TPlace place = FTokens.Start();
+    if (!FVerdicts) {
+        // Checked once for all that is tried.
+        if (!Skip())
+            return false;
+        FTokens.GoTo(place);
+        TVerdicts verdicts;
+        FVerdicts = &verdicts;
+        const bool isFilled = FillTried(AType, AUnion, verdicts[{place, AType}]);
+        FVerdicts = nullptr;
+        return isFilled;
+    }
+    // While a union is tried, it fits nothing at its own place: one that names itself comes to an end.
+    const auto [entry, isNew] = FVerdicts->try_emplace({place, AType});
+    if (isNew)
+        return FillTried(AType, AUnion, entry->second);
+    if (!entry->second.Tag)
+        return FailChoice(place);
+    if (FIsDecided)
+        return FillChosen(*entry->second.Tag, AUnion);
+    FIsWhole = false;
+    FTokens.GoTo(entry->second.Behind);
+    return true;
+}
 
-    PTag best = nullptr;
+bool TZOJsonDecoder::FillTried(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion, TVerdict& AVerdict) {
+    const TPlace place = FTokens.Start();
+    const TVerdict verdict = TryTags(AType, AUnion);
+    AVerdict = verdict;
+    if (!verdict.Tag)
+        return FailChoice(place);
+    // One that is only tried needs no more than the verdict.
+    if (verdict.IsWhole || FIsTrial) {
+        FIsWhole &= verdict.IsWhole;
+        FTokens.GoTo(verdict.Behind);
+        return true;
+    }
+    FTokens.GoTo(place);
+    TZOJsonDecoder decided(FTokens, FTexts, FDepth);
+    decided.FVerdicts = FVerdicts;
+    decided.FIsDecided = true;
+    return decided.FillChosen(*verdict.Tag, AUnion);
+}
+
+TZOJsonDecoder::TVerdict TZOJsonDecoder::TryTags(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion) {
+    const TPlace place = FTokens.Start();
+    TVerdict best;
     int bestMisfits = 0;
     std::unique_ptr<TZOValueHolder> bestValue;
+    const bool isNull = FTokens.Token() == "null";
     for (const ZOUnion::TTag& tag : AType->Tags()) {
+        FTokens.GoTo(place);
         if (!tag.Type) {
-            if (isNull)
-                best = &tag;
+            if (isNull) {
+                FTokens.Drop();
+                best = {&tag, FTokens.Start(), true};
+            }
             continue;
         }
-        FTokens.GoTo(before);
         TZOJsonDecoder trial(FTokens, FTexts, FDepth);
-        trial.FCountsMisfits = true;
+        trial.FVerdicts = FVerdicts;
+        trial.FIsTrial = true;
         auto value = std::make_unique<TZOValueHolder>(tag.Type, true);
         const auto set = [&](bool has, void*& ref) { return value->SetValue(has, ref); };
         const bool fits = trial.FillSlot(tag.Type, set) && value->HasValue();
-        if (fits && (!best || trial.FMisfits < bestMisfits)) {
-            best = &tag;
+        if (fits && (!best.Tag || trial.FMisfits < bestMisfits)) {
+            best = {&tag, FTokens.Start(), trial.FIsWhole};
             bestMisfits = trial.FMisfits;
             bestValue = std::move(value);
         }
-        if (best && bestMisfits == 0)
+        if (best.Tag && bestMisfits == 0)
             break;
     }
-    FTokens.GoTo(behind);
-    if (!best)
-        return Fail(QStringLiteral("the value fits none of the alternatives that can stand here"), start);
+    if (!best.Tag || !best.IsWhole)
+        return best;
     void* storage = nullptr;
-    ZOUnion::TData::SetTag(AUnion, best->Index, true, storage);
+    ZOUnion::TData::SetTag(AUnion, best.Tag->Index, true, storage);
     void* value = nullptr;
-    if (best->Type && bestValue->GetValue(value))
-        ZOStorage::Swap(best->Type, storage, value);
-    return true;
+    if (best.Tag->Type && bestValue->GetValue(value))
+        ZOStorage::Swap(best.Tag->Type, storage, value);
+    return best;
+}
+
+bool TZOJsonDecoder::FillChosen(const ZOUnion::TTag& ATag, ZOUnion* AUnion) {
+    void* storage = nullptr;
+    ZOUnion::TData::SetTag(AUnion, ATag.Index, true, storage);
+    return ATag.Type ? Fill(ATag.Type, storage) : Skip();
+}
+
+bool TZOJsonDecoder::FailChoice(TPlace APlace) {
+    return Fail(QStringLiteral("the value fits none of the alternatives that can stand here"), APlace);
 }

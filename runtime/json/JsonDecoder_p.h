@@ -14,7 +14,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 class TZOValueHolder;
 
@@ -37,13 +40,39 @@ public:
     const QString& Pointer() const { return FPointer; }
 
 private:
+    using TPlace = TZOJsonTokens::TPlace;
+
+    /// What came out when the tags of a bare union were tried at a place.
+    struct TVerdict {
+        PTag Tag = nullptr; ///< the one that fits best; null when none does
+        TPlace Behind = nullptr;
+        bool IsWhole = true; ///< false: of a union inside, only the verdict was taken
+    };
+    using TTried = std::pair<TPlace, const ZOUnion::TTypeInfo*>;
+    struct TTriedHash {
+        std::size_t operator()(const TTried& ATried) const {
+            return std::hash<TPlace>()(ATried.first) ^ (std::hash<const void*>()(ATried.second) >> 4);
+        }
+    };
+    /// Every alternative of a union would try all of the unions inside again, and so would theirs.
+    using TVerdicts = std::unordered_map<TTried, TVerdict, TTriedHash>;
+
+    static bool IsString(std::string_view AToken) {
+        return AToken.size() >= 2 && AToken.front() == '"' && AToken.back() == '"';
+    }
+    /// What stands between the quotes of a string token.
+    static std::string_view Content(std::string_view AToken) { return AToken.substr(1, AToken.size() - 2); }
+
     /// The next value goes into the constructed value at AStorage.
     bool Fill(const TZOTypeInfo* AType, void* AStorage);
     bool FillString(QString& AString);
     bool FillBoolean(quint8& AValue);
     bool FillWholeNumber(qint64 AMin, qint64 AMax, qint64& ANumber);
     bool FillFloat(double& ANumber);
-    bool FillDate(const TZOTypeInfo* AType, double& ADate);
+    /// The numbers that are not plain, or none.
+    bool ReadWholeNumber(std::string_view AToken, qint64& ANumber);
+    bool ReadFloat(std::string_view AToken, double& ANumber);
+    bool FillDate(TZOValueKind AKind, double& ADate);
     bool FillAny(QByteArray& AJson);
     bool FillList(ZOList& AList);
     bool FillMap(ZOMap& AMap);
@@ -53,6 +82,11 @@ private:
     bool FillUnion(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
     bool FillTagged(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
     bool FillBare(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
+    /// A union that was not tried at its place before.
+    bool FillTried(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion, TVerdict& AVerdict);
+    /// Finds the tag that fits best. AUnion gets it if the verdict is whole.
+    TVerdict TryTags(const ZOUnion::TTypeInfo* AType, ZOUnion* AUnion);
+    bool FillChosen(const ZOUnion::TTag& ATag, ZOUnion* AUnion);
     /// Checks a value that nobody wants.
     bool Skip();
     bool SkipOpened(char AOpening);
@@ -65,11 +99,21 @@ private:
     bool ForEach(char AClosing, F&& AOne);
 
     /// Takes the next value if it is null, and null means that AType's value is absent.
-    bool TakeNull(const TZOTypeInfo* AType);
+    bool TakeNull(const TZOTypeInfo* AType) { return FTokens.Peek() == 'n' && TakeWordNull(AType); }
+    bool TakeWordNull(const TZOTypeInfo* AType);
     /// Takes the key that is next, and its colon. AKey may hold escapes, all of them valid.
     bool Key(std::string_view& AKey);
-    /// The text of the string that is next, for AType; AIsPlain when it had no escapes.
-    bool Text(const TZOTypeInfo* AType, std::string_view& AText, bool& AIsPlain);
+    /// The text of the string that is next, for a value of AKind; AIsPlain when it had no escapes.
+    bool Text(TZOValueKind AKind, std::string_view& AText, bool& AIsPlain) {
+        const std::string_view token = FTokens.Token();
+        AIsPlain = IsString(token) && !Words::HasBackslash(token);
+        if (!AIsPlain)
+            return TextWithEscapes(AKind, AText);
+        AText = Content(token);
+        FTokens.Drop();
+        return true;
+    }
+    bool TextWithEscapes(TZOValueKind AKind, std::string_view& AText);
     /// ARaw without its escapes; good until the next call.
     std::string_view Unescaped(std::string_view ARaw);
     /// Reads the text under AKey of the object that is next, and stays before the object.
@@ -80,9 +124,10 @@ private:
     bool Fail(const QString& AMessage, const char* APlace);
     /// The text cannot go on like this.
     bool FailSyntax();
-    bool FailType(const TZOTypeInfo* AType, std::string_view AToken);
+    bool FailType(TZOValueKind AKind, std::string_view AToken);
     /// The tokens have ended before the text.
     bool FailText();
+    bool FailChoice(TPlace APlace);
     bool Step(QStringView AKey);
     /// The step to a key as it stands in the text.
     bool Step(std::string_view AKey);
@@ -96,7 +141,10 @@ private:
     std::size_t FErrorOffset = 0;
     int FMisfits = 0; ///< properties skipped and required ones missed: how badly a value fits its type
     bool FIsTooDeep = false;
-    bool FCountsMisfits = false; ///< of required properties, which takes a look at each object's
+    TVerdicts* FVerdicts = nullptr; ///< null outside of bare unions
+    bool FIsTrial = false;   ///< of an alternative; counts the misfits, which takes a look at each object's
+    bool FIsDecided = false; ///< the verdicts on all bare unions are known
+    bool FIsWhole = true;    ///< false when a union was left without its value
 };
 
 template <class F>

@@ -1,11 +1,12 @@
 // The tokens of a JSON text.
 #pragma once
 
+#include "runtime/json/Words_p.h"
+
 #include <simdjson.h>
 
 #include <QtGlobal>
 
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -46,12 +47,15 @@ public:
         Drop();
         return true;
     }
-    /// Whether the next token is the string AContent, which has no escapes.
-    bool IsString(std::string_view AContent) const {
-        const TPlace start = Start();
-        return AContent.size() + 1 < static_cast<std::size_t>(FTextEnd - start) && *start == '"' &&
-               start[1 + AContent.size()] == '"' &&
-               std::memcmp(start + 1, AContent.data(), AContent.size()) == 0;
+    /// Goes behind the next token and its colon if it is AKey, a string as it stands in a text. It may miss
+    /// the key where a window ends. 7 bytes behind AKey can be read.
+    bool TakeKey(std::string_view AKey) {
+        const bool fits =
+            !AKey.empty() && FEnd - FNext > 2 && AKey.size() < static_cast<std::size_t>(FTextEnd - Start());
+        if (!fits || !Words::AreEqual(Start(), AKey.data(), AKey.size()) || FWindow[FNext[1]] != ':')
+            return false;
+        FNext += 2;
+        return true;
     }
     /// Goes back, or forth again, to the token at APlace.
     void GoTo(TPlace APlace);

@@ -12,26 +12,15 @@ namespace {
 
 constexpr std::size_t HeaderSize = sizeof(ZOObject);
 
-unsigned char* BlockOf(const ZOObject* AObject) {
-    return reinterpret_cast<unsigned char*>(const_cast<ZOObject*>(AObject));
-}
-
-bool IsPresent(const ZOObject* AObject, int AIndex) {
-    return (BlockOf(AObject)[HeaderSize + static_cast<std::size_t>(AIndex / 8)] >> (AIndex % 8)) & 1;
-}
-
-void MarkPresent(ZOObject* AObject, int AIndex, bool AHasValue) {
-    unsigned char& bits = BlockOf(AObject)[HeaderSize + static_cast<std::size_t>(AIndex / 8)];
-    const auto mask = static_cast<unsigned char>(1u << (AIndex % 8));
-    bits = static_cast<unsigned char>(AHasValue ? bits | mask : bits & ~mask);
-}
+/// Whoever compares keys reads whole words of them.
+constexpr std::size_t KeySlack = 7;
 
 } // namespace
 
 ZOObject::~ZOObject() {
     for (const TTypeInfo::TSlot& slot : FType->FOwning) {
-        if (IsPresent(this, slot.Index))
-            ZOStorage::Destroy(slot.Type, BlockOf(this) + slot.Offset);
+        if (TData::IsPresent(this, slot.Index))
+            ZOStorage::Destroy(slot.Type, TData::BlockOf(this) + slot.Offset);
     }
 }
 
@@ -74,8 +63,14 @@ std::unique_ptr<ZOObject> ZOObject::TTypeInfo::CreateInstance() const {
         MakeLayout();
     void* block = FInstances.Allocate(FInstanceBytes);
     std::unique_ptr<ZOObject> object(new (block) ZOObject(this));
-    std::memset(BlockOf(object.get()) + HeaderSize, 0, FPresenceBytes);
+    std::memset(TData::BlockOf(object.get()) + HeaderSize, 0, FPresenceBytes);
     return object;
+}
+
+std::string_view ZOObject::TTypeInfo::KeyOf(const TProperty& AProperty) const {
+    const bool isPlain = !AProperty.Name.contains(u'\\') && !AProperty.Name.contains(u'"');
+    return isPlain ? std::string_view(Names().Texts[static_cast<std::size_t>(AProperty.Index)])
+                   : std::string_view();
 }
 
 void ZOObject::TTypeInfo::MakeLayout() const {
@@ -89,7 +84,7 @@ void ZOObject::TTypeInfo::MakeLayout() const {
             if (ZOStorage::Align(property->Type) != align)
                 continue;
             offset = (offset + align - 1) / align * align;
-            const TSlot slot{property->Type, static_cast<quint32>(offset), property->Index};
+            const TSlot slot{property->Type, KeyOf(*property), static_cast<quint32>(offset), property->Index};
             FSlots[static_cast<std::size_t>(property->Index)] = slot;
             if (!ZOStorage::IsPlain(property->Type->Kind()))
                 FOwning.push_back(slot);
@@ -106,7 +101,6 @@ void ZOObject::TTypeInfo::AddProperty(TProperty AProperty) {
         throw EListError(QStringLiteral("Type %1 is in use and takes no more properties").arg(Name()));
     if (HasProperty(AProperty.Name))
         throw EListError(QStringLiteral("Type %1 already has a property %2").arg(Name(), AProperty.Name));
-    FHasPlainNames &= !AProperty.Name.contains(u'\\') && !AProperty.Name.contains(u'"');
     AProperty.Index = PropertyCount();
     std::vector<TProperty>& group = FGroups.back().Properties;
     const TProperty* const before = group.data();
@@ -126,9 +120,10 @@ bool ZOObject::TTypeInfo::HasProperty(const QString& AName) const {
 const ZOObject::TTypeInfo::TNames& ZOObject::TTypeInfo::MakeNames() const {
     if (!FNames)
         FNames = std::make_unique<TNames>();
-    for (int i = static_cast<int>(FNames->Views.size()); i < PropertyCount(); ++i) {
-        FNames->Views.push_back(FNames->Texts.emplace_back(Property(i)->Name.toStdString()));
-        FNames->Index.emplace(FNames->Views.back(), i);
+    for (int i = static_cast<int>(FNames->Texts.size()); i < PropertyCount(); ++i) {
+        std::string& text = FNames->Texts.emplace_back('"' + Property(i)->Name.toStdString() + '"');
+        text.reserve(text.size() + KeySlack);
+        FNames->Index.emplace(std::string_view(text).substr(1, text.size() - 2), i);
     }
     return *FNames;
 }
@@ -140,8 +135,6 @@ void ZOObject::TTypeInfo::IndexProperties() {
             FProperties.push_back(&property);
     }
 }
-
-const ZOObject::TTypeInfo* ZOObject::TData::Type(const ZOObject* AObject) { return AObject->FType; }
 
 bool ZOObject::TData::GetProp(const ZOObject* AObject, int AIndex, void*& ARef) {
     if (!AObject || !IsPresent(AObject, AIndex))
@@ -172,18 +165,6 @@ bool ZOObject::TData::SetProp(ZOObject* AObject, int AIndex, bool AHasValue, voi
     if (AHasValue)
         ARef = storage;
     return true;
-}
-
-void* ZOObject::TData::Renew(ZOObject* AObject, int AIndex) {
-    const TTypeInfo::TSlot& slot = AObject->FType->Slot(AIndex);
-    void* storage = BlockOf(AObject) + slot.Offset;
-    if (IsPresent(AObject, AIndex)) {
-        MarkPresent(AObject, AIndex, false);
-        ZOStorage::Destroy(slot.Type, storage);
-    }
-    ZOStorage::Construct(slot.Type, storage);
-    MarkPresent(AObject, AIndex, true);
-    return storage;
 }
 
 void ZOObject::TData::GetByRef(ZOObject* AObject, int AIndex, void*& ARef) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "runtime/types/BlockPool.h"
+#include "runtime/types/Storage.h"
 #include "runtime/types/TypeInfo.h"
 
 #include <deque>
@@ -70,13 +71,11 @@ public:
     PProperty FindProperty(QStringView AName) const;
     /// The same for a name in UTF-8.
     PProperty FindPropertyUtf8(std::string_view AName) const;
-    /// The name of property AIndex in UTF-8.
-    std::string_view PropertyNameUtf8(int AIndex) const {
-        return Names().Views[static_cast<std::size_t>(AIndex)];
-    }
-
-    /// Whether every property's name stands in JSON as it is.
-    bool HasPlainNames() const noexcept { return FHasPlainNames; }
+    /// Property(AIndex)->Type at less cost, of a type that has an instance.
+    const TZOTypeInfo* PropertyType(int AIndex) const { return Slot(AIndex).Type; }
+    /// Property AIndex's name as a JSON text has it, in quotes; empty when it may have to be escaped. The
+    /// type has an instance, and 7 bytes behind the text can be read.
+    std::string_view JsonKey(int AIndex) const { return Slot(AIndex).JsonKey; }
 
     /// The key whose value names the subtype; empty when the type is not polymorphic.
     const QString& DiscriminatorName() const noexcept { return FDiscriminatorName; }
@@ -98,25 +97,26 @@ private:
     TTypeInfo(const QString& AName, const QString& ADescription);
 
     struct TNames {
-        std::deque<std::string> Texts; // the properties' names in UTF-8
-        std::vector<std::string_view> Views;
+        std::deque<std::string> Texts; // the properties' names in UTF-8 and in quotes
         std::unordered_map<std::string_view, int> Index;
     };
 
     struct TSlot {
         const TZOTypeInfo* Type;
+        std::string_view JsonKey;
         quint32 Offset; // of the storage in an instance, in bytes from its start
         int Index;
     };
     const TSlot& Slot(int AIndex) const { return FSlots[static_cast<std::size_t>(AIndex)]; }
     void MakeLayout() const;
+    std::string_view KeyOf(const TProperty& AProperty) const;
     void AddGroup(const QString& AName);
     void AddProperty(TProperty AProperty);
     void IndexProperties();
     bool HasProperty(const QString& AName) const;
     const TNames& MakeNames() const;
     const TNames& Names() const {
-        return FNames && FNames->Views.size() == FProperties.size() ? *FNames : MakeNames();
+        return FNames && FNames->Texts.size() == FProperties.size() ? *FNames : MakeNames();
     }
 
     std::vector<TGroup> FGroups;
@@ -131,7 +131,6 @@ private:
     mutable quint32 FPresenceBytes = 0;
     mutable quint32 FInstanceBytes = 0;
     mutable TZOBlockPool FInstances;
-    bool FHasPlainNames = true; // none that a JSON key would have to escape
 };
 
 /// Access to an object's properties. AIndex is TProperty::Index of the object's actual type.
@@ -151,4 +150,39 @@ public:
     static void GetByRef(ZOObject* AObject, int AIndex, void*& ARef);
     /// A deep copy.
     static std::unique_ptr<ZOObject> Clone(const ZOObject* AObject);
+
+private:
+    friend class ZOObject;
+
+    static unsigned char* BlockOf(const ZOObject* AObject) {
+        return reinterpret_cast<unsigned char*>(const_cast<ZOObject*>(AObject));
+    }
+    static unsigned char& PresenceOf(const ZOObject* AObject, int AIndex) {
+        return BlockOf(AObject)[sizeof(ZOObject) + static_cast<std::size_t>(AIndex) / 8];
+    }
+    static unsigned char PresenceBit(int AIndex) {
+        return static_cast<unsigned char>(1u << (static_cast<unsigned>(AIndex) % 8));
+    }
+    static bool IsPresent(const ZOObject* AObject, int AIndex) {
+        return PresenceOf(AObject, AIndex) & PresenceBit(AIndex);
+    }
+    static void MarkPresent(ZOObject* AObject, int AIndex, bool AHasValue) {
+        unsigned char& bits = PresenceOf(AObject, AIndex);
+        const unsigned char bit = PresenceBit(AIndex);
+        bits = static_cast<unsigned char>(AHasValue ? bits | bit : bits & ~bit);
+    }
 };
+
+inline const ZOObject::TTypeInfo* ZOObject::TData::Type(const ZOObject* AObject) { return AObject->FType; }
+
+inline void* ZOObject::TData::Renew(ZOObject* AObject, int AIndex) {
+    const TTypeInfo::TSlot& slot = AObject->FType->Slot(AIndex);
+    void* const storage = BlockOf(AObject) + slot.Offset;
+    if (IsPresent(AObject, AIndex)) {
+        MarkPresent(AObject, AIndex, false);
+        ZOStorage::Destroy(slot.Type, storage);
+    }
+    ZOStorage::Construct(slot.Type, storage);
+    MarkPresent(AObject, AIndex, true);
+    return storage;
+}

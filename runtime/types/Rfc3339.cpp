@@ -78,6 +78,71 @@ private:
     std::string_view FText;
 };
 
+/// Days since 1899-12-30; nothing for a day that the calendar does not have.
+std::optional<qint64> DayOf(int AYear, int AMonth, int ADay) {
+    const std::chrono::year_month_day date{std::chrono::year(AYear), std::chrono::month(unsigned(AMonth)),
+                                           std::chrono::day(unsigned(ADay))};
+    if (!date.ok())
+        return {};
+    return std::chrono::sys_days(date).time_since_epoch().count() + UnixEpoch;
+}
+
+/// Fields at fixed places of a text that is long enough. One wrong character makes all of it wrong, and what
+/// is read until then does not matter.
+class TFixedFields {
+public:
+    explicit TFixedFields(const char* AText) : FText(AText) {}
+
+    int TwoDigits(int APlace) {
+        const unsigned tens = Digit(APlace);
+        const unsigned ones = Digit(APlace + 1);
+        FIsRight &= tens <= 9 && ones <= 9;
+        return int(tens * 10 + ones);
+    }
+    void Expect(int APlace, char AChar) { FIsRight &= FText[APlace] == AChar; }
+    bool IsRight() const { return FIsRight; }
+
+private:
+    unsigned Digit(int APlace) const { return static_cast<unsigned char>(FText[APlace]) - unsigned('0'); }
+
+    const char* FText;
+    bool FIsRight = true;
+};
+
+/// Reads what nearly all servers send: "2024-02-29T12:30:00Z", or a full-date. Nothing for any other text,
+/// right or wrong.
+std::optional<TDateTime> ReadUsual(std::string_view AText) {
+    constexpr std::string_view dateForm = "2024-02-29";
+    constexpr std::string_view timeForm = "2024-02-29T12:30:00Z";
+    if (AText.size() != dateForm.size() && AText.size() != timeForm.size())
+        return {};
+    TFixedFields fields(AText.data());
+    const int year = fields.TwoDigits(0) * 100 + fields.TwoDigits(2);
+    fields.Expect(4, '-');
+    const int month = fields.TwoDigits(5);
+    fields.Expect(7, '-');
+    const int day = fields.TwoDigits(8);
+    int seconds = 0;
+    if (AText.size() == timeForm.size()) {
+        fields.Expect(10, 'T');
+        const int hour = fields.TwoDigits(11);
+        fields.Expect(13, ':');
+        const int minute = fields.TwoDigits(14);
+        fields.Expect(16, ':');
+        const int second = fields.TwoDigits(17);
+        fields.Expect(19, 'Z');
+        if (hour > 23 || minute > 59 || second > 59)
+            return {};
+        seconds = (hour * 60 + minute) * 60 + second;
+    }
+    if (!fields.IsRight())
+        return {};
+    const auto days = DayOf(year, month, day);
+    if (!days)
+        return {};
+    return double(*days) + double(seconds * MicrosPerSecond) / double(MicrosPerDay);
+}
+
 /// Days since 1899-12-30 of a full-date.
 std::optional<qint64> ReadDate(TFields& AFields) {
     const auto year = AFields.Number(4, 0, 9999);
@@ -89,11 +154,7 @@ std::optional<qint64> ReadDate(TFields& AFields) {
     const auto day = AFields.Number(2, 1, 31);
     if (!day)
         return {};
-    const std::chrono::year_month_day date{std::chrono::year(*year), std::chrono::month(unsigned(*month)),
-                                           std::chrono::day(unsigned(*day))};
-    if (!date.ok())
-        return {};
-    return std::chrono::sys_days(date).time_since_epoch().count() + UnixEpoch;
+    return DayOf(*year, *month, *day);
 }
 
 /// Microseconds that the text's offset lies east of UTC.
@@ -214,6 +275,10 @@ bool TZORfc3339::TryParse(QStringView AText, TDateTime& AValue) {
 }
 
 bool TZORfc3339::TryParse(std::string_view AText, TDateTime& AValue) {
+    if (const auto usual = ReadUsual(AText)) {
+        AValue = *usual;
+        return true;
+    }
     TFields fields(AText);
     const auto days = ReadDate(fields);
     if (!days)

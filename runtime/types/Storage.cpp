@@ -84,7 +84,7 @@ void ZOStorage::ConstructOther(const TZOTypeInfo* AType, void* AStorage) {
     });
 }
 
-void ZOStorage::Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept {
+void ZOStorage::DestroyOther(const TZOTypeInfo* AType, void* AStorage) noexcept {
     WithStorageType(AType->Kind(), [&](auto* AKind) {
         using T = TPlain<decltype(AKind)>;
         if constexpr (std::is_pointer_v<T>)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <memory>
 #include <new>
 
 namespace ZOStorage {
@@ -28,7 +29,7 @@ constexpr bool IsPlain(TZOValueKind AKind) { return AKind >= vkInteger && AKind 
 /// unions a new empty instance of exactly the type AType.
 inline void Construct(const TZOTypeInfo* AType, void* AStorage);
 /// Frees what the value holds, at any depth. The storage is raw memory afterwards.
-void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
+inline void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept;
 /// What Construct makes, instead of a constructed value.
 void Renew(const TZOTypeInfo* AType, void* AStorage);
 /// Constructs AStorage as a deep copy of ASource. Streams of uploads and downloads are shared.
@@ -36,8 +37,9 @@ void CopyConstruct(const TZOTypeInfo* AType, void* AStorage, const void* ASource
 /// Exchanges two constructed values of one type, at any depth in constant time.
 void Swap(const TZOTypeInfo* AType, void* AFirst, void* ASecond) noexcept;
 
-/// What Construct does for kinds that are rarer or cost more than a call.
+/// What they do for kinds that are rarer or cost more than a call.
 void ConstructOther(const TZOTypeInfo* AType, void* AStorage);
+void DestroyOther(const TZOTypeInfo* AType, void* AStorage) noexcept;
 
 inline void Construct(const TZOTypeInfo* AType, void* AStorage) {
     switch (AType->Kind()) {
@@ -61,6 +63,13 @@ inline void Construct(const TZOTypeInfo* AType, void* AStorage) {
     default:
         ConstructOther(AType, AStorage);
     }
+}
+
+inline void Destroy(const TZOTypeInfo* AType, void* AStorage) noexcept {
+    if (AType->Kind() == vkString)
+        std::destroy_at(static_cast<QString*>(AStorage));
+    else if (!IsPlain(AType->Kind()))
+        DestroyOther(AType, AStorage);
 }
 
 } // namespace ZOStorage
