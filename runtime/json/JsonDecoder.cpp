@@ -141,16 +141,18 @@ bool TZOJsonDecoder::Fill(const TZOTypeInfo* AType, void* AStorage) {
     return FailType(AType->Kind(), FTokens.Token());
 }
 
-bool TZOJsonDecoder::TextWithEscapes(TZOValueKind AKind, std::string_view& AText) {
+bool TZOJsonDecoder::TextWithEscapes(TZOValueKind AKind, std::string_view& AText, bool& AIsPlain) {
     const std::string_view token = FTokens.Token();
     if (!IsString(token))
         return FailType(AKind, token);
     AText = Content(token);
+    AIsPlain = AText.find('\\') == AText.npos;
     if (!JsonText::IsStringContent(AText))
         return Fail(QStringLiteral("the string holds an escape that JSON does not know"), token.data());
     if (JsonText::HasLoneSurrogate(AText))
         return Fail(QStringLiteral("the string escapes half a character"), token.data());
-    AText = FTokens.Unescaped(AText);
+    if (!AIsPlain)
+        AText = FTokens.Unescaped(AText);
     FTokens.Drop();
     return true;
 }
@@ -328,7 +330,7 @@ bool TZOJsonDecoder::Skip() {
     if (token.empty())
         return FailSyntax();
     if (IsString(token)) {
-        if (Words::HasBackslash(token) && !JsonText::IsStringContent(Content(token)))
+        if (Words::MayHaveBackslash(token) && !JsonText::IsStringContent(Content(token)))
             return Fail(QStringLiteral("the string holds an escape that JSON does not know"), token.data());
     } else if (!IsScalar(token)) {
         return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(token)), token.data());
@@ -370,7 +372,7 @@ bool TZOJsonDecoder::Key(std::string_view& AKey) {
     if (!IsString(token))
         return FailSyntax();
     AKey = Content(token);
-    if (Words::HasBackslash(token)) {
+    if (Words::MayHaveBackslash(token)) {
         if (!JsonText::IsStringContent(AKey))
             return Fail(QStringLiteral("the key holds an escape that JSON does not know"), token.data());
         if (JsonText::HasLoneSurrogate(AKey))

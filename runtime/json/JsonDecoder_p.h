@@ -106,14 +106,14 @@ private:
     /// The text of the string that is next, for a value of AKind; AIsPlain when it had no escapes.
     bool Text(TZOValueKind AKind, std::string_view& AText, bool& AIsPlain) {
         const std::string_view token = FTokens.Token();
-        AIsPlain = IsString(token) && !Words::HasBackslash(token);
-        if (!AIsPlain)
-            return TextWithEscapes(AKind, AText);
+        if (!IsString(token) || Words::MayHaveBackslash(token))
+            return TextWithEscapes(AKind, AText, AIsPlain);
+        AIsPlain = true;
         AText = Content(token);
         FTokens.Drop();
         return true;
     }
-    bool TextWithEscapes(TZOValueKind AKind, std::string_view& AText);
+    bool TextWithEscapes(TZOValueKind AKind, std::string_view& AText, bool& AIsPlain);
     /// ARaw without its escapes; good until the next call.
     std::string_view Unescaped(std::string_view ARaw);
     /// Reads the text under AKey of the object that is next, and stays before the object.

@@ -1,4 +1,4 @@
-// Short texts, eight bytes at a time: a call of the library's functions costs more than what it does for
+// Short texts, many bytes at a time: a call of the library's functions costs more than what it does for
 // them.
 #pragma once
 
@@ -32,19 +32,22 @@ inline bool AreEqual(const char* AFirst, const char* ASecond, std::size_t ASize)
     return First(At(AFirst) ^ At(ASecond), ASize) == 0;
 }
 
-/// Up to 7 bytes behind the text are read.
-inline bool HasBackslash(std::string_view AText) {
+/// Whether there is a backslash in the text, or among up to 15 bytes behind it, which can be read.
+inline bool MayHaveBackslash(std::string_view AText) {
     constexpr std::size_t few = 64;
-    constexpr quint64 ones = 0x0101010101010101;
+    constexpr std::size_t step = 16;
+    using TBytes = quint8 __attribute__((vector_size(step)));
     if (AText.size() > few)
         return AText.find('\\') != AText.npos;
-    for (std::size_t i = 0; i < AText.size(); i += Size) {
-        // Backslashes become zeros; the lowest zero byte, and no other before it, borrows its highest bit.
-        const quint64 word = First(At(AText.data() + i), AText.size() - i) ^ (ones * '\\');
-        if ((word - ones) & ~word & (ones * 0x80))
-            return true;
+    TBytes found{};
+    for (std::size_t i = 0; i < AText.size(); i += step) {
+        TBytes bytes;
+        std::memcpy(&bytes, AText.data() + i, step);
+        found |= TBytes(bytes == quint8('\\'));
     }
-    return false;
+    quint64 halves[2];
+    std::memcpy(halves, &found, step);
+    return (halves[0] | halves[1]) != 0;
 }
 
 } // namespace Words
