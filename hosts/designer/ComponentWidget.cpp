@@ -26,23 +26,25 @@ class TDesignComponent final : public TZOServiceComponent {
 public:
     TDesignComponent(const TZOComponentClass& AComponentClass, const TZORestServiceClass* AServiceClass,
                      QWidget* AParent)
-        : TZOServiceComponent(AServiceClass, AParent), FComponentClass(AComponentClass) {
-        DesignerServices::ComponentMade();
-    }
-    ~TDesignComponent() override { DesignerServices::ComponentGone(); }
+        : TZOServiceComponent(AServiceClass, AParent), FComponentClass(AComponentClass) {}
 
     const QMetaObject* metaObject() const override { return FComponentClass.MetaObject(); }
 
 private:
     const TZOComponentClass& FComponentClass;
+    DesignerServices::TUser FUser;
 };
 
 } // namespace
 
 TZOComponentWidget::TZOComponentWidget(const TZORestServiceClass* AClass)
-    : FServiceClass(AClass), FComponentClass(ComponentName(AClass), TZOServiceComponent::staticMetaObject) {}
+    : TZOComponentWidget(AClass, ComponentName(AClass), TZOServiceComponent::staticMetaObject) {}
 
-QString TZOComponentWidget::name() const { return ComponentName(FServiceClass); }
+TZOComponentWidget::TZOComponentWidget(const TZORestServiceClass* AClass, const QString& AName,
+                                       const QMetaObject& ABase)
+    : FServiceClass(AClass), FComponentClass(AName, ABase), FName(AName) {}
+
+QString TZOComponentWidget::name() const { return FName; }
 
 QString TZOComponentWidget::group() const { return QStringLiteral("ZO Bridgework"); }
 
@@ -62,13 +64,22 @@ QString TZOComponentWidget::includeFile() const {
 QIcon TZOComponentWidget::icon() const { return ComponentIcon(FServiceClass->ClassName()); }
 
 QString TZOComponentWidget::domXml() const {
-    QString objectName = BareName(FServiceClass->ClassName());
-    objectName[0] = objectName[0].toLower();
+    return Dropped(FServiceClass->ClassName(), UsualObjectName(FServiceClass->ClassName()), {});
+}
+
+QString TZOComponentWidget::UsualObjectName(const QString& AClassName) {
+    QString name = BareName(AClassName);
+    name[0] = name[0].toLower();
+    return name;
+}
+
+QString TZOComponentWidget::Dropped(const QString& ADisplayName, const QString& AObjectName,
+                                    const QString& AProperties) const {
     return QStringLiteral("<ui language=\"c++\" displayname=\"%1\">"
                           "<widget class=\"%2\" name=\"%3\"><property name=\"geometry\"><rect>"
                           "<x>0</x><y>0</y><width>40</width><height>40</height>"
-                          "</rect></property></widget></ui>")
-        .arg(FServiceClass->ClassName(), name(), objectName);
+                          "</rect></property>%4</widget></ui>")
+        .arg(ADisplayName.toHtmlEscaped(), name(), AObjectName, AProperties);
 }
 
 QWidget* TZOComponentWidget::createWidget(QWidget* AParent) {

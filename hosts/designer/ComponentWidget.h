@@ -8,7 +8,7 @@
 class TZORestServiceClass;
 
 /// Describes the component of one service class to a form editor, and makes it.
-class TZOComponentWidget final : public QDesignerCustomWidgetInterface {
+class TZOComponentWidget : public QDesignerCustomWidgetInterface {
 public:
     /// AClass must outlive the components.
     explicit TZOComponentWidget(const TZORestServiceClass* AClass);
@@ -25,7 +25,19 @@ public:
     /// Brings the explorer into the editor.
     void initialize(QDesignerFormEditorInterface* ACore) override;
 
-private:
+protected:
+    /// AClass may be null, but for the functions that are not overridden; ABase is what the components are.
+    TZOComponentWidget(const TZORestServiceClass* AClass, const QString& AName, const QMetaObject& ABase);
+
+    /// What the editor makes of a drop: a widget of this class. AProperties is XML.
+    QString Dropped(const QString& ADisplayName, const QString& AObjectName,
+                    const QString& AProperties) const;
+    /// A usual name for an object of the class.
+    static QString UsualObjectName(const QString& AClassName);
+
     const TZORestServiceClass* FServiceClass;
     TZOComponentClass FComponentClass;
+
+private:
+    QString FName;
 };

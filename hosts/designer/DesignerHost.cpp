@@ -4,7 +4,7 @@
 #include "hosts/designer/FormWatch.h"
 #include "hosts/designer/TaskMenu.h"
 
-#include "components/ServiceComponent.h"
+#include "components/DocumentComponent.h"
 
 #include "shell/ShellFrame.h"
 
@@ -118,8 +118,12 @@ void TZODesignerHost::ExploreComponent(TZOServiceComponent* AComponent) {
 
 void TZODesignerHost::Explore(TZOServiceComponent* AComponent) {
     TZOShellFrame* shell = FDock->Open();
-    if (shell && AComponent->Service())
-        shell->ExploreComponent(AComponent->Service());
+    if (!shell)
+        return;
+    const auto* document = qobject_cast<TZODocumentComponent*>(AComponent);
+    if (document && !document->Problem().isEmpty())
+        throw EZOComponentError(document->Problem());
+    shell->ExploreComponent(AComponent->Service());
 }
 
 void TZODesignerHost::ShowServices() {

@@ -9,7 +9,8 @@
 
 class TZOComponentWidget;
 
-/// Offers one component per registered service class. The explorer itself comes with the first of them.
+/// Offers one component per registered service class, and one for API documents that are named later. The
+/// explorer itself comes with the first of them.
 class TZODesignerPlugin final : public QObject, public QDesignerCustomWidgetCollectionInterface {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QDesignerCustomWidgetCollectionInterface_iid)

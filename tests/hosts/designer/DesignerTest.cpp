@@ -1,6 +1,7 @@
 // Qt Designer itself, with the plug-in, on a display of its own.
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -44,8 +45,11 @@ class Designer : public testing::Test {
 protected:
     QString FormFile() const { return FFolder.filePath(QStringLiteral("form.ui")); }
 
-    void WriteForm(const char* AText) {
-        QFile file(FormFile());
+    void WriteForm(const char* AText) { Write(QStringLiteral("form.ui"), AText); }
+
+    void Write(const QString& AName, const char* AText) {
+        ASSERT_TRUE(QDir(FFolder.path()).mkpath(QFileInfo(AName).path()));
+        QFile file(FFolder.filePath(AName));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(AText);
     }
@@ -98,6 +102,27 @@ TEST_F(Designer, KeepsWhatIsTypedInTheExplorerWithTheForm) {
 TEST_F(Designer, LeavesThePagesOfAComponentThatIsDeletedOrWhoseFormIsClosed) {
     WriteForm(FormWithService);
     Walk(QStringLiteral("remove"));
+}
+
+TEST_F(Designer, OffersTheDocumentsOfTheUser) {
+    const char* const pets = R"(openapi: 3.0.3
+info: {title: Pet store, version: '1'}
+servers: [{url: 'http://127.0.0.1:1/'}]
+security: [{key: []}]
+paths: {/pets: {get: {operationId: listPets, responses: {'200': {description: all}}}}}
+components: {securitySchemes: {key: {type: apiKey, in: header, name: X-Key}}}
+)";
+    Write(QStringLiteral("data/zobridgework/documents/pets.yaml"), pets);
+    Write(QStringLiteral("data/zobridgework/documents/broken.yaml"), "5");
+    WriteForm(EmptyForm);
+    Walk(QStringLiteral("document"));
+    const QString form = Form();
+    for (const char* part : {"class=\"TZODocumentComponent\" name=\"myPets\"",
+                             "name=\"Document\" stdset=\"0\"", ">pets.yaml</string>",
+                             "<string>pet-key</string>", "<header>components/DocumentComponent.h</header>"})
+        EXPECT_TRUE(form.contains(QLatin1String(part))) << part << "\n" << form.toStdString();
+    EXPECT_FALSE(form.contains(QStringLiteral("PetStore_"))) << form.toStdString();
+    Walk(QStringLiteral("read"));
 }
 
 TEST_F(Designer, ClosesWithPagesOpen) {

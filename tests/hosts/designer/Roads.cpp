@@ -7,6 +7,7 @@
 namespace {
 
 const QString Explore = QStringLiteral("Explore service...");
+const QString ChangeKey = QStringLiteral("API Key:");
 const QString OfOperations = QStringLiteral("SearchMedia");
 
 void OpenOptions(TEditorUser& AUser) {
@@ -16,8 +17,9 @@ void OpenOptions(TEditorUser& AUser) {
     AUser.Driver().See(QStringLiteral("Service options"));
 }
 
-void EnterApiKey(TEditorUser& AUser, const QStringList& AKeys, const QString& AText) {
-    AUser.Driver().Click(QStringLiteral("API Key:"));
+// ALink is what is clicked for it.
+void EnterApiKey(TEditorUser& AUser, const QString& ALink, const QStringList& AKeys, const QString& AText) {
+    AUser.Driver().Click(ALink);
     AUser.Driver().See(QStringLiteral("Please specify API Key"));
     AUser.Driver().Press(AKeys);
     AUser.Driver().Type(AText);
@@ -42,10 +44,10 @@ void Fill(TEditorUser& AUser) {
 
     driver.Step(QStringLiteral("Options typed in the explorer are the form's"));
     OpenOptions(AUser);
-    EnterApiKey(AUser, {QStringLiteral("ctrl+a")}, QStringLiteral("key-7"));
+    EnterApiKey(AUser, ChangeKey, {QStringLiteral("ctrl+a")}, QStringLiteral("key-7"));
     AUser.SeeProperty(QStringLiteral("ApiKey"), QStringLiteral("key-7"));
     AUser.SeeDirty(true);
-    EnterApiKey(AUser, {QStringLiteral("ctrl+a"), QStringLiteral("Delete")}, {});
+    EnterApiKey(AUser, ChangeKey, {QStringLiteral("ctrl+a"), QStringLiteral("Delete")}, {});
     AUser.SeeProperty(QStringLiteral("ApiKey"), {});
     AUser.ClickField(QStringLiteral("ClientIdEdit"));
     driver.Type(QStringLiteral("clent"));
@@ -111,6 +113,47 @@ void Remove(TEditorUser& AUser) {
     driver.SeeNoMore(QStringLiteral("libraryService"));
 }
 
+void DropDocument(TEditorUser& AUser) {
+    TZOTourDriver& driver = AUser.Driver();
+    driver.Step(QStringLiteral("A document of the user's is a component"));
+    AUser.DropComponent(QStringLiteral("Pet store"), {60, 60});
+    AUser.SeeComponent(true);
+    AUser.SeeProperty(QStringLiteral("Document"), QStringLiteral("pets.yaml"));
+    AUser.ChooseFromMenu(Explore);
+    driver.See(QStringLiteral("listPets"));
+    driver.Click(QStringLiteral("Authentication options"));
+    driver.See(QStringLiteral("Service options"));
+    EnterApiKey(AUser, QStringLiteral("Use API Key..."), {}, QStringLiteral("pet-key"));
+    AUser.SeeProperty(QStringLiteral("ApiKey"), QStringLiteral("pet-key"));
+    driver.Picture(QStringLiteral("document"));
+
+    driver.Step(QStringLiteral("Another name"));
+    AUser.EditProperty(QStringLiteral("objectName"), QStringLiteral("myPets"));
+    driver.See(QStringLiteral("myPets"));
+    PressInForm(AUser, QStringLiteral("ctrl+s"));
+    AUser.SeeDirty(false);
+}
+
+void ReadDocument(TEditorUser& AUser) {
+    TZOTourDriver& driver = AUser.Driver();
+    driver.Step(QStringLiteral("The form read back"));
+    AUser.SeeComponent(true);
+    AUser.ChooseFromMenu(Explore);
+    driver.See(QStringLiteral("listPets"));
+    driver.See(QStringLiteral("myPets"));
+
+    driver.Step(QStringLiteral("A document that is not there"));
+    AUser.EditProperty(QStringLiteral("Document"), QStringLiteral("lost.yaml"));
+    driver.See(QStringLiteral("listPets"));
+    AUser.ChooseFromMenu(Explore);
+    driver.See(QStringLiteral("There is no API document \"lost.yaml\"."));
+    driver.Press({QStringLiteral("Return")});
+    PressInForm(AUser, QStringLiteral("ctrl+z"));
+    AUser.SeeProperty(QStringLiteral("Document"), QStringLiteral("pets.yaml"));
+    AUser.ChooseFromMenu(Explore);
+    driver.See(QStringLiteral("listPets"));
+}
+
 // Ends with the operations of the component open.
 void Close(TEditorUser& AUser) {
     AUser.Driver().Step(QStringLiteral("The editor is closed with pages open"));
@@ -123,8 +166,11 @@ void Close(TEditorUser& AUser) {
 } // namespace
 
 void Roads::Walk(const QString& AName, TEditorUser& AUser) {
-    const std::pair<QString, void (*)(TEditorUser&)> roads[] = {
-        {QStringLiteral("fill"), Fill}, {QStringLiteral("remove"), Remove}, {QStringLiteral("close"), Close}};
+    const std::pair<QString, void (*)(TEditorUser&)> roads[] = {{QStringLiteral("fill"), Fill},
+                                                                {QStringLiteral("remove"), Remove},
+                                                                {QStringLiteral("close"), Close},
+                                                                {QStringLiteral("document"), DropDocument},
+                                                                {QStringLiteral("read"), ReadDocument}};
     for (const auto& [name, walk] : roads) {
         if (name == AName)
             return walk(AUser);
