@@ -5,6 +5,7 @@
 #include "pages/ServicePage.h"
 
 #include "shell/PageFactory.h"
+#include "shell/ShellPage.h"
 
 namespace {
 
@@ -17,6 +18,8 @@ public:
     bool IsServiceList(const QWidget* AFrame) const override {
         return qobject_cast<const TZOServiceListPage*>(AFrame) != nullptr;
     }
+    // Whoever asked for it may still be at work in it.
+    void PageForgotten(TZOShellPage* APage) override { APage->deleteLater(); }
 };
 
 TPageFactory GFactory;

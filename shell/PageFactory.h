@@ -13,6 +13,9 @@ public:
     virtual TZOShellPage* MakeOperationList(TZOShellFrame* AShell, TZOServiceItem* AItem) = 0;
     /// Whether AFrame (may be null) is the frame of a service list page.
     virtual bool IsServiceList(const QWidget* AFrame) const = 0;
+    /// A page that was to come on the stack does not come there any more: another one was asked for, or its
+    /// service has gone. It is still its maker's.
+    virtual void PageForgotten(TZOShellPage*) {}
 
 protected:
     ~IZOPageFactory() = default;

@@ -17,6 +17,7 @@
 #include <QEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -43,6 +44,7 @@ TZOShellFrame::TZOShellFrame(QWidget* AOwner) : QWidget(AOwner), FUi(std::make_u
 
 TZOShellFrame::~TZOShellFrame() {
     try {
+        SetNavTo(nullptr);
         SaveTokens();
     } catch (const std::exception& e) {
         TRegistry::Report(ExceptionMessage(e));
@@ -71,8 +73,14 @@ void TZOShellFrame::InitComponents() {
             [this] { GuardedCall(this, [this] { AuthOptionsLabelClick(); }); });
 }
 
+void TZOShellFrame::SetNavTo(TZOShellPage* APage) {
+    const QPointer<TZOShellPage> before = std::exchange(FNavTo, APage);
+    if (before && before != APage && !before->Shell())
+        PageFactory().PageForgotten(before);
+}
+
 void TZOShellFrame::NavigateAsync(TZOShellPage* APage) {
-    FNavTo = APage;
+    SetNavTo(APage);
     // Before there is a window the request waits; showEvent repeats it.
     if (testAttribute(Qt::WA_WState_Created))
         QCoreApplication::postEvent(this, new QEvent(NavigationEvent()));

@@ -104,6 +104,7 @@ protected:
 private:
     void InitComponents();
     void InitServiceList();
+    void SetNavTo(TZOShellPage* APage);
     void ExecNavTask();
     bool HoldCall(std::function<void()> ACall);
     void UpdatePagesShowing();

@@ -78,7 +78,7 @@ void TZOShellFrame::ServiceClassRemoved(const TZORestServiceClass* AClass) {
         return APage->Service() && isOfClass(APage->Service());
     };
     if (FNavTo && isAbout(FNavTo))
-        FNavTo = nullptr;
+        SetNavTo(nullptr);
     if (std::any_of(FNavStack.begin(), FNavStack.end(), isAbout))
         ShowServiceList();
     for (;;) {
@@ -129,7 +129,7 @@ void TZOShellFrame::RemoveItem(TZOServiceItem* AItem) {
     FServices.erase(place);
     // A page on its way to the stack would come up with an item that is gone.
     if (FNavTo && FNavTo->Service() == AItem && !FNavStack.contains(FNavTo))
-        FNavTo = nullptr;
+        SetNavTo(nullptr);
     for (const auto& page : PagesFromTop())
         if (page)
             page->ServiceRemoved(AItem);

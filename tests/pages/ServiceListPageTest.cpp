@@ -284,6 +284,18 @@ TEST_F(ServiceListPage, ListsAClassThatComesLater) {
     EXPECT_EQ(Rows().back(), QStringLiteral("TLateService"));
 }
 
+TEST_F(ServiceListPage, APageThatIsOvertakenByAnotherGoes) {
+    ShowShell();
+    ClickRow(QStringLiteral("TMapService"));
+    const auto frames = QApplication::topLevelWidgets().size();
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(List(), Qt::Key_Return);
+    Settle();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(Shell->GetNavStackCount(), 2);
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), frames);
+}
+
 TEST_F(ServiceListPage, APageThatWasNeverShownIsFreedAtStop) {
     ShowShell();
     ClickRow(QStringLiteral("TMapService"));

@@ -1,4 +1,5 @@
 // A hundred thousand random events of every kind, after each of which the view must be whole.
+#include "tests/jsoneditor/view/MonkeyKeys.h"
 #include "tests/jsoneditor/view/TextView.h"
 
 #include <QApplication>
@@ -154,36 +155,7 @@ void Monkey::Act() {
 }
 
 void Monkey::PressAnyKey() {
-    static const std::vector<QKeyCombination> keys = {Qt::Key_Up,
-                                                      Qt::Key_Down,
-                                                      Qt::Key_Up,
-                                                      Qt::Key_Down,
-                                                      Qt::Key_Tab,
-                                                      Qt::Key_Backtab,
-                                                      Qt::Key_Tab,
-                                                      Qt::Key_Return,
-                                                      Qt::Key_Escape,
-                                                      Qt::Key_Insert,
-                                                      Qt::CTRL | Qt::Key_Delete,
-                                                      Qt::CTRL | Qt::Key_Home,
-                                                      Qt::CTRL | Qt::Key_End,
-                                                      Qt::Key_PageUp,
-                                                      Qt::Key_PageDown,
-                                                      Qt::Key_Left,
-                                                      Qt::SHIFT | Qt::Key_Right,
-                                                      Qt::Key_Home,
-                                                      Qt::Key_End,
-                                                      Qt::Key_Delete,
-                                                      Qt::Key_Backspace,
-                                                      Qt::CTRL | Qt::Key_A,
-                                                      Qt::CTRL | Qt::Key_C,
-                                                      Qt::CTRL | Qt::Key_V,
-                                                      Qt::CTRL | Qt::Key_X,
-                                                      Qt::CTRL | Qt::Key_Z,
-                                                      Qt::Key_A,
-                                                      Qt::Key_A,
-                                                      Qt::Key_B,
-                                                      Qt::Key_Space};
+    const std::vector<QKeyCombination>& keys = MonkeyKeys();
     QWidget* target = QApplication::focusWidget();
     const QKeyCombination key = keys[static_cast<size_t>(Random(int(keys.size())))];
     QTest::keyClick(target ? target : View, key.key(), key.keyboardModifiers());
