@@ -9,6 +9,7 @@
 #include "platform/Dialogs.h"
 #include "platform/ExceptionDisplay.h"
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 #include <QCheckBox>
 #include <QScopeGuard>
@@ -84,7 +85,7 @@ void TZOAuthOptionstPage::InitHandlers() {
 void TZOAuthOptionstPage::InitScopeCheckBoxes() {
     for (const TZORestService::TScope& scope : Service()->TypeInfo()->Scopes()) {
         // An ampersand is the scope's own, not the mark of a shortcut.
-        QString caption = scope.Name;
+        QString caption = VisibleText(scope.Name);
         caption.replace(u'&', QLatin1String("&&"));
         auto* box = new QCheckBox(FUi->ScopesPanel);
         box->setText(QLatin1String("  ") + caption +

@@ -1,5 +1,7 @@
 #include "pages/ElidedLabel.h"
 
+#include "platform/VisibleText.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -25,7 +27,7 @@ QString TZOElidedLabel::Line() const {
     for (QChar& character : line)
         if (character.isSpace())
             character = u' ';
-    return line;
+    return VisibleText(line);
 }
 
 QSize TZOElidedLabel::sizeHint() const {
@@ -41,8 +43,8 @@ bool TZOElidedLabel::event(QEvent* AEvent) {
         return QLabel::event(AEvent);
     if (fontMetrics().horizontalAdvance(Line()) > width() || text().size() > MaxShown) {
         // A tool tip would take a text with tags for markup.
-        const QString tip =
-            QStringLiteral("<p style='white-space: pre-wrap'>%1</p>").arg(text().toHtmlEscaped());
+        const QString tip = QStringLiteral("<p style='white-space: pre-wrap'>%1</p>")
+                                .arg(VisibleLines(text()).toHtmlEscaped());
         QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), tip, this);
     }
     return true;

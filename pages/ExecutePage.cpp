@@ -14,6 +14,7 @@
 #include "platform/Dialogs.h"
 #include "platform/ExceptionDisplay.h"
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 #include <QFile>
 #include <QShortcut>
@@ -24,8 +25,8 @@ TZOExecutePage::TZOExecutePage(TZOShellFrame* AShell, TZOServiceItem* AItem, POp
     : TZOServicePage(AShell, AItem), FUi(std::make_unique<Ui::ExecutePage>()), FOperation(AOper) {
     FUi->setupUi(this);
     InitFonts();
-    FUi->HeaderLabel->setText(AOper->Name);
-    FUi->InfoLabel->setText(TZOShellFrame::FormatDescription(AOper->Request->Description()));
+    FUi->HeaderLabel->setText(VisibleText(AOper->Name));
+    FUi->InfoLabel->setText(VisibleLines(TZOShellFrame::FormatDescription(AOper->Request->Description())));
     FReqView = SetupRestView(FUi->ReqPanel);
     FReqView->setAccessibleName(FUi->ReqLabel->text());
     FRespView = SetupRestView(FUi->RespPanel);

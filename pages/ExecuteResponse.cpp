@@ -12,6 +12,7 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Exceptions.h"
+#include "platform/VisibleText.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -79,7 +80,7 @@ bool TZOExecutePage::HasResponseValue() const {
 void TZOExecutePage::UpdateSummary() {
     // A request that was not sent has nothing to tell beside its failure.
     const bool wasSent = !FRecord.Hops.isEmpty();
-    FUi->SummaryLabel->setText(wasSent ? TZOHttpDetails::Summary(FRecord) : QString());
+    FUi->SummaryLabel->setText(wasSent ? VisibleText(TZOHttpDetails::Summary(FRecord)) : QString());
     FUi->SummaryLabel->setVisible(wasSent);
     FUi->DetailsLabel->setVisible(wasSent);
     if (wasSent)

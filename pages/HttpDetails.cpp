@@ -5,6 +5,7 @@
 #include "runtime/http/HttpRecord.h"
 
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 #include <QEvent>
 #include <QStringList>
@@ -51,7 +52,7 @@ void TZOHttpDetails::SetRecord(const TZOHttpRecord& ARecord) {
     }
     if (lines.isEmpty())
         lines.append(QStringLiteral("Nothing was sent."));
-    setPlainText(lines.join(u'\n'));
+    setPlainText(VisibleLines(lines.join(u'\n')));
     updateGeometry();
 }
 

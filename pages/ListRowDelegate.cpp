@@ -3,6 +3,7 @@
 #include "shell/ShellFrame.h"
 
 #include "platform/IdeTheming.h"
+#include "platform/VisibleText.h"
 #include "platform/WrappedText.h"
 
 #include <QPainter>
@@ -20,7 +21,7 @@ void DrawName(QPainter& APainter, const QRect& ARow, const QFont& AFont, const Q
     APainter.setFont(AFont);
     APainter.setPen(AColor);
     APainter.drawText(ARow.adjusted(NameLeft, Vertical, 0, 0),
-                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, AName);
+                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, VisibleText(AName));
 }
 
 } // namespace

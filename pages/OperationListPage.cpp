@@ -9,6 +9,7 @@
 
 #include "platform/ExceptionDisplay.h"
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem* AItem)
     : TZOServicePage(AShell, AItem), FUi(std::make_unique<Ui::OperationListPage>()) {
@@ -19,8 +20,8 @@ TZOOperationListPage::TZOOperationListPage(TZOShellFrame* AShell, TZOServiceItem
     FUi->OperationsLabel->setFont(UiFont(family, 27));
     FUi->CategoryFontLabel->setFont(UiFont(family, 16));
     FUi->CodeFontLabel->setFont(UiFont(family, 12));
-    FUi->HeaderLabel->setText(AItem->Name());
-    FUi->InfoLabel->setText(AItem->Description());
+    FUi->HeaderLabel->setText(VisibleText(AItem->Name()));
+    FUi->InfoLabel->setText(VisibleLines(AItem->Description()));
     FUi->ListBox->SetFonts(FUi->CodeFontLabel->font(), FUi->CategoryFontLabel->font());
     FUi->ListBox->SetSearchEdit(FUi->SearchEdit);
     FUi->ListBox->SetEmptyHint(QStringLiteral("No operation matches \"%1\"."));

@@ -5,6 +5,7 @@
 #include "shell/ShellFrame.h"
 
 #include "platform/IdeTheming.h"
+#include "platform/VisibleText.h"
 #include "platform/WrappedText.h"
 
 #include <QAbstractListModel>
@@ -54,9 +55,11 @@ public:
         const TRow& row = FRows[static_cast<std::size_t>(AIndex.row())];
         switch (ARole) {
         case Qt::DisplayRole:
-        case Qt::AccessibleTextRole:
             return row.Name;
+        case Qt::AccessibleTextRole:
+            return VisibleText(row.Name);
         case Qt::AccessibleDescriptionRole:
+            return VisibleLines(row.Description);
         case TZOListRowDelegate::DescriptionRole:
             return row.Description;
         case TZOListRowDelegate::IsCategoryRole:

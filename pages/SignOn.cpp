@@ -3,6 +3,7 @@
 #include "pages/LongRequest.h"
 
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 #include <QClipboard>
 #include <QDesktopServices>
@@ -25,7 +26,7 @@ QLabel* MakeLabel(QWidget* AParent, const char* AName, const QString& AText) {
     label->setObjectName(QLatin1String(AName));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setText(AText);
+    label->setText(VisibleText(AText));
     return label;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/Dialogs.h"
 
+#include "platform/VisibleText.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -50,7 +52,7 @@ std::optional<QString> TZODialogs::InputQuery(QWidget* AParent, const QString& A
                                               const QString& APrompt, const QString& AValue) {
     QInputDialog dialog(AParent);
     dialog.setWindowTitle(ACaption);
-    dialog.setLabelText(APrompt);
+    dialog.setLabelText(VisibleLines(APrompt));
     dialog.setTextValue(AValue);
     // The prompt may hold names from a document: they are text, never markup.
     for (QLabel* label : dialog.findChildren<QLabel*>())
@@ -69,7 +71,8 @@ std::optional<QString> TZODialogs::InputQuery(QWidget* AParent, const QString& A
 }
 
 bool TZODialogs::Confirm(QWidget* AParent, const QString& ACaption, const QString& AQuestion) {
-    QMessageBox box(QMessageBox::Question, ACaption, AQuestion, QMessageBox::Yes | QMessageBox::No, AParent);
+    QMessageBox box(QMessageBox::Question, ACaption, VisibleLines(AQuestion),
+                    QMessageBox::Yes | QMessageBox::No, AParent);
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;

@@ -1,6 +1,7 @@
 #include "platform/ExceptionDisplay.h"
 
 #include "platform/Exceptions.h"
+#include "platform/VisibleText.h"
 
 #include <QGuiApplication>
 #include <QMessageBox>
@@ -11,7 +12,7 @@ TZOExceptionDisplay GDisplay;
 
 void ShowMessageBox(QWidget* AParent, const std::exception& AException) {
     QMessageBox box(QMessageBox::Critical, QGuiApplication::applicationDisplayName(),
-                    ExceptionMessage(AException), QMessageBox::Ok, AParent);
+                    VisibleLines(ExceptionMessage(AException)), QMessageBox::Ok, AParent);
     // The text may come from a server or a document: it is text, never markup.
     box.setTextFormat(Qt::PlainText);
     box.exec();

@@ -1,5 +1,7 @@
 #include "platform/WrappedText.h"
 
+#include "platform/VisibleText.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 #include <QTextLayout>
@@ -11,10 +13,8 @@ namespace {
 // What can be seen of a text at all: a character is at least a pixel wide.
 QString VisiblePart(const QString& AText, int AWidth, int AMaxLines) {
     const qsizetype limit = (qsizetype(AWidth) + 1) * AMaxLines + 1;
-    QString text = AText.size() > limit ? AText.left(limit) + QChar(0x2026) : AText;
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.replace(u'\r', u'\n');
-    return text.replace(u'\n', QChar::LineSeparator);
+    const QString text = AText.size() > limit ? AText.left(limit) + QChar(0x2026) : AText;
+    return VisibleLines(text).replace(u'\n', QChar::LineSeparator);
 }
 
 } // namespace

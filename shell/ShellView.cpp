@@ -6,6 +6,8 @@
 #include "shell/PageFrame.h"
 #include "shell/ShellPage.h"
 
+#include "platform/VisibleText.h"
+
 namespace {
 
 // Right of everything shown, left of the filler that keeps the row to the left.
@@ -59,7 +61,7 @@ void TZOShellFrame::UpdateNavLabel(TZOIdeTheming* ATheming, int APosition) {
     }
     const bool isDark = ATheming->IsDarkTheme();
     const bool isTop = APosition >= FNavStack.size() - 1;
-    label->setText(FNavStack[APosition]->Caption());
+    label->setText(VisibleText(FNavStack[APosition]->Caption()));
     label->SetLink(!isTop);
     SetFontColor(label, ATheming->GetSystemColor(isTop ? TColor(clWindowText) : LINK_COLORS[isDark]));
     if (separator) {

@@ -10,6 +10,7 @@
 #include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
 #include "platform/Registry.h"
+#include "platform/VisibleText.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -39,8 +40,8 @@ QStringList FilesOf(const QMimeData* AData) {
 /// A path as a menu shows it: an ampersand in it is none of the menu's.
 QString MenuText(const QString& APath) {
     const QString home = QDir::homePath() + u'/';
-    QString text = APath.startsWith(home) ? QStringLiteral("~/") + APath.mid(home.size()) : APath;
-    return text.replace(u'&', QStringLiteral("&&"));
+    const QString text = APath.startsWith(home) ? QStringLiteral("~/") + APath.mid(home.size()) : APath;
+    return VisibleText(text).replace(u'&', QStringLiteral("&&"));
 }
 
 /// A dialog that comes up when reading takes long.
@@ -48,7 +49,8 @@ class TReading {
 public:
     TReading(QWidget* AParent, const QString& AFileName) : FDialog(AParent) {
         FDialog.setWindowTitle(QStringLiteral("Open document"));
-        FDialog.setLabelText(QStringLiteral("Reading %1...").arg(QFileInfo(AFileName).fileName()));
+        FDialog.setLabelText(
+            QStringLiteral("Reading %1...").arg(VisibleText(QFileInfo(AFileName).fileName())));
         for (QLabel* label : FDialog.findChildren<QLabel*>())
             label->setTextFormat(Qt::PlainText);
         FDialog.setCancelButtonText(QStringLiteral("Cancel"));

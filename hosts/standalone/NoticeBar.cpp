@@ -1,5 +1,7 @@
 #include "hosts/standalone/NoticeBar.h"
 
+#include "platform/VisibleText.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -26,6 +28,7 @@ TZONoticeBar::TZONoticeBar(QWidget* AParent) : QFrame(AParent), FText(new QLabel
 }
 
 void TZONoticeBar::Add(const QString& AMessage) {
-    FText->setText(FText->text().isEmpty() ? AMessage : FText->text() + u'\n' + AMessage);
+    const QString message = VisibleLines(AMessage);
+    FText->setText(FText->text().isEmpty() ? message : FText->text() + u'\n' + message);
     show();
 }

@@ -1,5 +1,7 @@
 #include "hosts/standalone/OfferBar.h"
 
+#include "platform/VisibleText.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -11,7 +13,7 @@ TZOOfferBar::TZOOfferBar(const QString& AMessage, const QString& AAction, QWidge
     setAutoFillBackground(true);
     auto* text = new QLabel;
     text->setTextFormat(Qt::PlainText);
-    text->setText(AMessage);
+    text->setText(VisibleLines(AMessage));
     text->setWordWrap(true);
     text->setForegroundRole(QPalette::ToolTipText);
     auto* accept = new QPushButton(AAction);

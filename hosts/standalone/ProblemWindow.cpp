@@ -1,5 +1,7 @@
 #include "hosts/standalone/ProblemWindow.h"
 
+#include "platform/VisibleText.h"
+
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFileInfo>
@@ -43,9 +45,13 @@ void TZOProblemWindow::SetProblems(const TZOApiProblems& AProblems) {
             place.append(problem.Pointer);
         const QStringList texts = {QFileInfo(problem.File).fileName(), place.join(QStringLiteral(", ")),
                                    problem.Message};
-        auto* item = new QTreeWidgetItem(texts);
+        QStringList shown;
+        for (const QString& text : texts)
+            shown.append(VisibleText(text));
+        auto* item = new QTreeWidgetItem(shown);
         for (int column = 0; column < texts.size(); ++column)
-            item->setToolTip(column, QStringLiteral("<p>%1</p>").arg(texts[column].toHtmlEscaped()));
+            item->setToolTip(column,
+                             QStringLiteral("<p>%1</p>").arg(VisibleLines(texts[column]).toHtmlEscaped()));
         items.append(item);
     }
     FList->addTopLevelItems(items);

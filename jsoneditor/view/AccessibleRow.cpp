@@ -4,6 +4,7 @@
 #include "jsoneditor/view/DataSource.h"
 #include "jsoneditor/view/RestView.h"
 #include "platform/ExceptionDisplay.h"
+#include "platform/VisibleText.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>
@@ -65,9 +66,9 @@ QAccessible::State TZOAccessibleRow::state() const {
 QString TZOAccessibleRow::text(QAccessible::Text AText) const {
     switch (AText) {
     case QAccessible::Name:
-        return SpeechOfRow(FView, FRow).Name;
+        return VisibleText(SpeechOfRow(FView, FRow).Name);
     case QAccessible::Value:
-        return SpeechOfRow(FView, FRow).Value;
+        return VisibleText(SpeechOfRow(FView, FRow).Value);
     case QAccessible::Description:
         return PlaceOfRow(FView, FRow);
     case QAccessible::Help: {
@@ -76,7 +77,7 @@ QString TZOAccessibleRow::text(QAccessible::Text AText) const {
             if (FRow->Source())
                 hint = FRow->Source()->RowHint(FRow);
         });
-        return hint;
+        return VisibleLines(hint);
     }
     default:
         return {};

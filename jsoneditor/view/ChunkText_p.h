@@ -3,6 +3,5 @@
 
 #include <QString>
 
-/// AText with one blank for each character that has no glyph (line breaks, tabs and other controls), as an
-/// edit box shows it on its single line.
+/// AText on one line, with characters that can be seen in the place of those that act.
 QString ChunkDisplayText(const QString& AText);

@@ -3,6 +3,7 @@
 #include "jsoneditor/view/AccessibleView_p.h"
 #include "jsoneditor/view/RestView.h"
 #include "platform/ExceptionDisplay.h"
+#include "platform/VisibleText.h"
 
 #include <QContextMenuEvent>
 #include <QFocusEvent>
@@ -57,7 +58,7 @@ void TZOInplaceEditor::Show(TZOViewRow* ARow, int AChunkId) {
             bounds.setRight(qMin(bounds.right(), right));
     }
     if (moving && ARow->Layout())
-        setAccessibleName(SpeechOf(*ARow->Layout()).Name);
+        setAccessibleName(VisibleText(SpeechOf(*ARow->Layout()).Name));
     if (moving || (!FModified && !Composing())) {
         if (moving || text() != shownText)
             setText(shownText);

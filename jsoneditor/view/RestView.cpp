@@ -10,6 +10,7 @@
 #include "jsoneditor/view/ShapedTexts_p.h"
 #include "jsoneditor/view/ViewScrollBar_p.h"
 #include "platform/ExceptionDisplay.h"
+#include "platform/VisibleText.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -426,7 +427,8 @@ void TZORestView::ShowRowHint(const QHelpEvent* AEvent) {
     if (hint.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(AEvent->globalPos(), Qt::convertFromPlainText(hint, Qt::WhiteSpaceNormal), this,
+        QToolTip::showText(AEvent->globalPos(),
+                           Qt::convertFromPlainText(VisibleLines(hint), Qt::WhiteSpaceNormal), this,
                            hit.Row->Layout()->Bounds());
 }
 

@@ -51,9 +51,10 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
         AChunk.Shaped()->Draw(APainter, baseLine);
         return;
     }
-    QString text = ChunkDisplayText(VisiblePart(AChunk.Text(), ARowWidth - bounds.left()));
+    const QString part = VisiblePart(AChunk.Text(), ARowWidth - bounds.left());
+    QString text = ChunkDisplayText(part);
     const QFontMetrics metrics = APainter.fontMetrics();
-    if (text.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
+    if (part.size() == AChunk.Text().size() && metrics.horizontalAdvance(text) > bounds.width())
         text = metrics.elidedText(text, Qt::ElideRight, bounds.width());
     AMarks.Draw(APainter, AChunk, text, ARowWidth);
     APainter.drawText(baseLine, text);

@@ -69,6 +69,16 @@ TEST(Painting, PaintsEachTokenInItsColour) {
     text.View.SetDataSource(nullptr);
 }
 
+TEST(Painting, ShowsWhatWouldTurnTheTextAround) {
+    const QString value = QString::fromUtf8("a\u202Eb\ac\uFEFF");
+    TTextView acting(QStringLiteral("  [%1] : fixed\n").arg(value));
+    TTextView shown(QString::fromUtf8("  [a\\u202Eb\u2407c\\uFEFF] : fixed\n"));
+    EXPECT_EQ(acting.View.grab().toImage(), shown.View.grab().toImage());
+    // Its own characters are what is edited.
+    acting.View.SelectRow(acting.Row(0), seFirstChunk);
+    EXPECT_EQ(acting.View.Editor()->text(), value);
+}
+
 TEST(Painting, FollowsThePaletteWhereNoColourWasSet) {
     TTextView text(Two);
     QPalette colors = text.View.palette();
