@@ -12,6 +12,7 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Exceptions.h"
+#include "platform/SavedFile.h"
 #include "platform/VisibleText.h"
 
 #include <QClipboard>
@@ -115,8 +116,9 @@ void TZOExecutePage::SaveJson() {
     if (!file.open(QIODevice::WriteOnly))
         throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2").arg(*name, file.errorString()));
     const QByteArray json = TZOJson::Encode(*FResponse);
-    if (file.write(json) != json.size() || !file.commit())
-        throw EFCreateError(QStringLiteral("Cannot write file \"%1\". %2").arg(*name, file.errorString()));
+    const QString reason = file.write(json) == json.size() ? PutInPlace(file) : file.errorString();
+    if (!reason.isEmpty())
+        throw EFCreateError(QStringLiteral("Cannot write file \"%1\". %2").arg(*name, reason));
     Flash(FUi->SaveJsonLabel, QStringLiteral("saved"));
 }
 

@@ -62,6 +62,7 @@ void TRegistry::Report(const QString& AMessage) {
 }
 
 bool TRegistry::OpenKeyReadOnly(const QString& AKey) {
+    FHasFailed = false;
     try {
         if (!FFile)
             FFile = TZOSettingsFile::Open(FileName(), false);
@@ -86,6 +87,7 @@ bool TRegistry::OpenKeyReadOnly(const QString& AKey) {
             throw;
         Abandon();
         Report(e.Message());
+        FHasFailed = true;
         return false;
     }
 }
@@ -226,9 +228,11 @@ bool TRegistry::CanWrite() const {
 void TRegistry::WriteValue(const QString& AName, bool AIsText, const QByteArray& AData) {
     if (!CanWrite())
         return;
-    // A value that exists keeps the name it was first written under.
+    // A value that exists keeps the name it was first written under. One that is the same already costs no
+    // page of the file.
     TZOSettingsQuery(*FFile, "INSERT INTO vals(path, folded, name, data) VALUES(?, ?, ?, ?)"
-                             " ON CONFLICT(path, folded) DO UPDATE SET data=excluded.data")
+                             " ON CONFLICT(path, folded) DO UPDATE SET data=excluded.data"
+                             " WHERE data IS NOT excluded.data")
         .BindText(Fold(FPath))
         .BindText(Fold(AName))
         .BindText(AName)

@@ -46,6 +46,9 @@ public:
     /// Opens AKey for reading and returns whether it could: false when the key or the file does not exist,
     /// or when the file cannot be used (which is reported). The key that was open stays open on false.
     bool OpenKeyReadOnly(const QString& AKey);
+    /// Whether the last OpenKeyReadOnly answered false because the file cannot be used: what is stored is
+    /// not known then.
+    bool HasFailed() const { return FHasFailed; }
     /// Opens AKey for reading and writing and creates it with its parents if it is missing and ACanCreate is
     /// set; returns false when it is missing and may not be created. Raises ERegistryException when the file
     /// cannot be written.
@@ -95,5 +98,6 @@ private:
     TTransaction FTransaction = trNone;
     bool FKeyOpen = false;
     bool FReadOnly = true;
+    bool FHasFailed = false;
     QString FPath;
 };

@@ -96,23 +96,50 @@ bool TZOServiceItem::IsConfigured() const {
 
 void TZOServiceItem::LoadOptions() {
     const QScopedValueRollback loading(FLoading, true);
-    TRegistry registry;
-    if (GetIsUserComp() || !registry.OpenKeyReadOnly(GetRootKey()))
+    if (GetIsUserComp())
         return;
-    for (const TOption& option : Options) {
-        const QString name = QLatin1String(option.Name);
-        if (registry.ValueExists(name))
-            (FComponent->*option.Set)(registry.ReadString(name));
+    const auto keep = [this] {
+        FUnreadOptions = OptionTexts();
+        FUnreadScopes = FComponent->Scopes();
+    };
+    FUnreadOptions.reset();
+    TRegistry registry;
+    if (!registry.OpenKeyReadOnly(GetRootKey())) {
+        if (registry.HasFailed())
+            keep();
+        return;
     }
-    LoadScopes(registry);
+    try {
+        for (const TOption& option : Options) {
+            const QString name = QLatin1String(option.Name);
+            if (registry.ValueExists(name))
+                (FComponent->*option.Set)(registry.ReadString(name));
+        }
+        if (!ReadScopes(registry))
+            keep();
+    } catch (const ERegistryException&) {
+        keep();
+        throw;
+    }
 }
 
-void TZOServiceItem::LoadScopes(TRegistry& ARegistry) {
-    FComponent->Scopes().clear();
-    if (!ARegistry.OpenKeyReadOnly(ScopesKey()))
-        return;
-    for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
-        FComponent->Scopes().append(ARegistry.ReadString(QString::number(i)));
+bool TZOServiceItem::ReadScopes(TRegistry& ARegistry) {
+    QStringList scopes;
+    if (ARegistry.OpenKeyReadOnly(ScopesKey())) {
+        for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
+            scopes.append(ARegistry.ReadString(QString::number(i)));
+    } else if (ARegistry.HasFailed()) {
+        return false;
+    }
+    FComponent->Scopes() = scopes;
+    return true;
+}
+
+QMap<QString, QString> TZOServiceItem::OptionTexts() const {
+    QMap<QString, QString> texts;
+    for (const TOption& option : Options)
+        texts.insert(QLatin1String(option.Name), (FComponent->*option.Get)());
+    return texts;
 }
 
 void TZOServiceItem::LoadToken() {
@@ -138,14 +165,31 @@ void TZOServiceItem::SaveOptions() {
     TRegistry registry;
     registry.OpenKey(GetRootKey(), true);
     registry.DeleteValue(TokenValue());
-    for (const TOption& option : Options)
-        registry.WriteString(QLatin1String(option.Name), (FComponent->*option.Get)());
-    registry.DeleteKey(ScopesKey());
-    registry.OpenKey(ScopesKey(), true);
-    const QStringList& scopes = FComponent->Scopes();
-    for (qsizetype i = 0; i < scopes.size(); ++i)
-        registry.WriteString(QString::number(i), scopes[i]);
+    const auto texts = OptionTexts();
+    for (auto text = texts.begin(); text != texts.end(); ++text) {
+        if (!FUnreadOptions || FUnreadOptions->value(text.key()) != text.value())
+            registry.WriteString(text.key(), text.value());
+    }
+    if (!FUnreadOptions || FUnreadScopes != FComponent->Scopes())
+        WriteScopes(registry);
     registry.CloseKey();
+    if (FUnreadOptions)
+        LoadOptions();
+}
+
+void TZOServiceItem::WriteScopes(TRegistry& ARegistry) const {
+    // Not made anew, because each keystroke in the options comes here.
+    ARegistry.OpenKey(ScopesKey(), true);
+    const QStringList& scopes = FComponent->Scopes();
+    QStringList names;
+    for (qsizetype i = 0; i < scopes.size(); ++i) {
+        names.append(QString::number(i));
+        ARegistry.WriteString(names.last(), scopes[i]);
+    }
+    for (const QString& name : ARegistry.GetValueNames()) {
+        if (!names.contains(name))
+            ARegistry.DeleteValue(name);
+    }
 }
 
 void TZOServiceItem::SaveToken() {

@@ -3,10 +3,13 @@
 
 #include "runtime/service/RestService.h"
 
+#include <QMap>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class IDesignerNotify;
 class TRegistry;
@@ -43,7 +46,8 @@ public:
 
     /// Loading leaves the component as it is where nothing was stored, except that a stored key without
     /// scopes empties its scopes, and one without a token resets its token. Raises ERegistryException when a
-    /// stored value is of the wrong type.
+    /// stored value is of the wrong type. What could not be read is kept by SaveOptions, unless it has been
+    /// changed meanwhile.
     void LoadOptions();
     void LoadToken();
     /// Saving the options discards the stored token. Raises ERegistryException when the store cannot be
@@ -61,7 +65,11 @@ Q_SIGNALS:
 private:
     void InitParams();
     QString MakeName() const;
-    void LoadScopes(TRegistry& ARegistry);
+    /// The options by the names that they are stored under.
+    QMap<QString, QString> OptionTexts() const;
+    /// False, and the scopes as they were, when they could not be read.
+    bool ReadScopes(TRegistry& ARegistry);
+    void WriteScopes(TRegistry& ARegistry) const;
     void TokenReported();
     static IDesignerNotify* GetDesigner(const QObject* AComponent);
     void NotifyDesigner();
@@ -74,4 +82,8 @@ private:
     QString FName;
     QString FDescription;
     bool FLoading = false;
+    /// The options as they were when what is stored could not be read, else nothing: a value that nobody has
+    /// changed since must not take the place of a stored one.
+    std::optional<QMap<QString, QString>> FUnreadOptions;
+    QStringList FUnreadScopes;
 };

@@ -25,8 +25,6 @@
 
 namespace {
 
-constexpr qsizetype MaxRecent = 10;
-
 /// The local files among what is dragged.
 QStringList FilesOf(const QMimeData* AData) {
     QStringList files;
@@ -135,13 +133,10 @@ TZOOpenDocuments::TOutcome TZODocumentActions::OpenOne(const QString& AFileName)
 }
 
 void TZODocumentActions::Remember(const QString& APath) {
-    QStringList recent = HostSettings::RecentDocuments();
-    if (recent.value(0) == APath)
+    if (HostSettings::RecentDocuments().value(0) == APath)
         return;
-    recent.removeAll(APath);
-    recent.prepend(APath);
     try {
-        HostSettings::SetRecentDocuments(recent.mid(0, MaxRecent));
+        HostSettings::RememberDocument(APath);
     } catch (const std::exception& e) {
         // The document is open all the same.
         TRegistry::Report(ExceptionMessage(e));

@@ -10,6 +10,8 @@ const QString ThemeValue = QStringLiteral("Theme");
 const QString RecentKey = QStringLiteral("RecentDocuments");
 const QString GeometryValue = QStringLiteral("Geometry");
 
+constexpr qsizetype MaxRecent = 10;
+
 // In the order of TZOTheme.
 const QString ThemeNames[] = {QStringLiteral("light"), QStringLiteral("dark"), QStringLiteral("system")};
 
@@ -31,6 +33,13 @@ auto Read(F&& ARead) -> decltype(ARead(std::declval<TRegistry&>())) {
     } catch (const ERegistryException&) {
     }
     return {};
+}
+
+QStringList ReadList(const TRegistry& ARegistry) {
+    QStringList texts;
+    for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
+        texts.append(ARegistry.ReadString(QString::number(i)));
+    return texts;
 }
 
 } // namespace
@@ -57,20 +66,18 @@ void HostSettings::SetGeometry(const QByteArray& AGeometry) {
 
 QStringList HostSettings::RecentDocuments() {
     return Read([](TRegistry& ARegistry) {
-        QStringList paths;
-        if (!ARegistry.OpenKeyReadOnly(RecentKey))
-            return paths;
-        for (int i = 0; ARegistry.ValueExists(QString::number(i)); ++i)
-            paths.append(ARegistry.ReadString(QString::number(i)));
-        return paths;
+        return ARegistry.OpenKeyReadOnly(RecentKey) ? ReadList(ARegistry) : QStringList();
     });
 }
 
-void HostSettings::SetRecentDocuments(const QStringList& APaths) {
+void HostSettings::RememberDocument(const QString& APath) {
     Write([&](TRegistry& ARegistry) {
-        ARegistry.DeleteKey(RecentKey);
         ARegistry.OpenKey(RecentKey, true);
-        for (qsizetype i = 0; i < APaths.size(); ++i)
-            ARegistry.WriteString(QString::number(i), APaths[i]);
+        QStringList paths = ReadList(ARegistry);
+        paths.removeAll(APath);
+        paths.prepend(APath);
+        paths = paths.mid(0, MaxRecent);
+        for (qsizetype i = 0; i < paths.size(); ++i)
+            ARegistry.WriteString(QString::number(i), paths[i]);
     });
 }

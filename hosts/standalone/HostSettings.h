@@ -19,6 +19,7 @@ void SetGeometry(const QByteArray& AGeometry);
 
 /// The paths of the documents opened last, the latest first; empty where none were stored.
 QStringList RecentDocuments();
-void SetRecentDocuments(const QStringList& APaths);
+/// Puts APath first among them, of which ten are kept.
+void RememberDocument(const QString& APath);
 
 } // namespace HostSettings

@@ -3,6 +3,7 @@
 
 #include "hosts/zoapi/Arguments.h"
 #include "hosts/zoapi/Documents_p.h"
+#include "hosts/zoapi/Output.h"
 #include "hosts/zoapi/RequestPath.h"
 #include "hosts/zoapi/Secrets.h"
 
@@ -15,6 +16,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Documents;
 
@@ -54,7 +56,7 @@ public:
                 QStringLiteral("The operation answers with a file: say where to with --output."));
         SetUpService();
         FillRequest();
-        OpenOutput();
+        FOutput.emplace(FArguments.Value("output"));
     }
 
     void Run() {
@@ -62,27 +64,29 @@ public:
             TZOValueHolder response(FOper->Response, true);
             void* ref = nullptr;
             response.SetValue(true, ref);
-            static_cast<ZODownload*>(ref)->SetStream(&FOutput);
+            static_cast<ZODownload*>(ref)->SetStream(FOutput->Stream());
             FRequest.ExecRequest(&response);
+            FOutput->Finish();
         } else if (FOper->Response) {
             TZOValueHolder response(FOper->Response, true);
             FRequest.ExecRequest(&response);
-            if (response.HasValue())
-                return Write(TZOJson::Encode(response) + '\n');
-            PrintLine(QStringLiteral("Ok"), stderr);
+            if (!response.HasValue())
+                return Finish();
+            FOutput->Write(TZOJson::Encode(response) + '\n');
+            FOutput->Finish();
         } else {
             FRequest.ExecRequest();
-            PrintLine(QStringLiteral("Ok"), stderr);
+            Finish();
         }
     }
 
-    /// Takes away what a failed download has left.
-    void DropOutput() {
-        if (FIsDownload && FArguments.Value("output") != QStringLiteral("-"))
-            FOutput.remove();
+private:
+    /// There is nothing to write.
+    void Finish() {
+        FOutput->Finish();
+        PrintLine(QStringLiteral("Ok"), stderr);
     }
 
-private:
     void SetUpService() {
         if (FArguments.Has("server"))
             FService->SetServerUrl(FArguments.Value("server"));
@@ -172,11 +176,12 @@ private:
         QFile file(name);
         const bool isOpen = name == QStringLiteral("-") ? file.open(stdin, QIODevice::ReadOnly)
                                                         : file.open(QIODevice::ReadOnly);
-        if (!isOpen)
+        const QByteArray json = isOpen ? file.readAll() : QByteArray();
+        if (file.error() != QFileDevice::NoError)
             throw EZOUsageError(
                 QStringLiteral("The request %1 cannot be read: %2.").arg(name, file.errorString()));
         try {
-            TZOJson::Decode(file.readAll(), AValue);
+            TZOJson::Decode(json, AValue);
         } catch (const EZOJsonError& error) {
             throw EZOUsageError(
                 QStringLiteral("The request %1 cannot be used: %2").arg(name, error.Message()));
@@ -194,22 +199,6 @@ private:
         static_cast<ZOUpload*>(place.Storage)->SetStream(file.get());
     }
 
-    void OpenOutput() {
-        const QString name = FArguments.Value("output");
-        FOutput.setFileName(name);
-        const bool isOpen = name.isEmpty() || name == QStringLiteral("-")
-                                ? FOutput.open(stdout, QIODevice::WriteOnly)
-                                : FOutput.open(QIODevice::WriteOnly);
-        if (!isOpen)
-            throw EZOUsageError(QStringLiteral("%1 cannot be written: %2.").arg(name, FOutput.errorString()));
-    }
-
-    void Write(const QByteArray& ABytes) {
-        if (FOutput.write(ABytes) != ABytes.size() || !FOutput.flush())
-            throw EZODownloadError(
-                QStringLiteral("The response cannot be written: %1.").arg(FOutput.errorString()));
-    }
-
     const TZOArguments& FArguments;
     TSource FSource;
     POper FOper;
@@ -218,7 +207,7 @@ private:
     ZORequest FRequest;
     bool FIsDownload;
     std::vector<std::unique_ptr<QFile>> FUploads;
-    QFile FOutput;
+    std::optional<TZOOutput> FOutput;
 };
 
 void PrintFailure(const EException& AFailure) {
@@ -237,11 +226,9 @@ int Commands::Call(const QStringList& AArguments) {
         call.Run();
         return Success;
     } catch (const EZORequestValueError& failure) {
-        call.DropOutput();
         PrintFailure(failure);
         return BadInput;
     } catch (const EException& failure) {
-        call.DropOutput();
         PrintFailure(failure);
         return RequestFailed;
     }

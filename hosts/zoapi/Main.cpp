@@ -3,6 +3,7 @@
 #include "hosts/zoapi/Secrets.h"
 
 #include "platform/CoreFiles.h"
+#include "platform/Exceptions.h"
 
 #include <QCoreApplication>
 #include <QScopeGuard>
@@ -67,6 +68,13 @@ int RunCommand(const QStringList& AArguments) {
                                           : QStringLiteral("There is no command \"%1\".").arg(command));
 }
 
+// What was printed is on its way only: a full disk shows when it is written.
+void FinishOutput() {
+    const bool wasWritten = std::ferror(stdout) == 0;
+    if (std::fflush(stdout) != 0 || !wasWritten)
+        throw EStreamError(QStringLiteral("Standard output could not be written."));
+}
+
 } // namespace
 
 int main(int AArgc, char** AArgv) {
@@ -78,7 +86,9 @@ int main(int AArgc, char** AArgv) {
     const QCoreApplication application(AArgc, AArgv);
     const auto done = qScopeGuard(Commands::Done);
     try {
-        return RunCommand(arguments);
+        const int exitCode = RunCommand(arguments);
+        FinishOutput();
+        return exitCode;
     } catch (const EZOUsageError& error) {
         std::fprintf(stderr, "%s\nTry 'zoapi --help'.\n", qUtf8Printable(error.Message()));
         return BadCommandLine;

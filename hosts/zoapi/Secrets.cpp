@@ -39,10 +39,11 @@ void Secrets::Wipe(int AArgc, char** AArgv) {
 QString Secrets::Read(const QString& AText) {
     if (AText.startsWith(u'@')) {
         QFile file(AText.mid(1));
-        if (!file.open(QIODevice::ReadOnly))
+        const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readLine() : QByteArray();
+        if (file.error() != QFileDevice::NoError)
             throw EZOUsageError(QStringLiteral("The secret in %1 cannot be read: %2.")
                                     .arg(file.fileName(), file.errorString()));
-        return QString::fromUtf8(file.readLine()).trimmed();
+        return QString::fromUtf8(line).trimmed();
     }
     if (!AText.startsWith(QStringLiteral("env:")))
         return AText;

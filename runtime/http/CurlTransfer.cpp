@@ -355,8 +355,7 @@ void TZOCurlTransfer::WritePending() {
         const qint64 count =
             FExchange.Destination->write(FPending.constData() + done, FPending.size() - done);
         if (count <= 0)
-            throw EZODownloadError(QStringLiteral("The response could not be written: %1")
-                                       .arg(FExchange.Destination->errorString()));
+            FailDestination();
         done += count;
     }
     FResponse.DestinationBytes += done;
@@ -369,8 +368,15 @@ void TZOCurlTransfer::FinishDestination() {
     WritePending();
     auto* file = qobject_cast<QFileDevice*>(FExchange.Destination);
     if (file && !file->flush())
-        throw EZODownloadError(
-            QStringLiteral("The response could not be written: %1").arg(file->errorString()));
+        FailDestination();
+}
+
+void TZOCurlTransfer::FailDestination() const {
+    const auto* file = qobject_cast<const QFileDevice*>(FExchange.Destination);
+    const QString name = file ? file->fileName() : QString();
+    const QString place = name.isEmpty() ? QString() : QStringLiteral(" to ") + name;
+    throw EZODownloadError(QStringLiteral("The response could not be written%1: %2")
+                               .arg(place, FExchange.Destination->errorString()));
 }
 
 template <class TCall>

@@ -201,6 +201,26 @@ TEST_F(ZoApi, SendsAndReceivesFiles) {
     EXPECT_FALSE(QFile::exists(Folder.filePath("out.png")));
 }
 
+TEST_F(ZoApi, SaysThatItsOutputIsLost) {
+    const QList<QStringList> lines = {{"import", "pets.yaml"},
+                                      {"import", "--json", "pets.yaml"},
+                                      {"operations", "pets.yaml"},
+                                      {"describe", "pets.yaml", "addPet"},
+                                      {"--help"}};
+    for (const QStringList& line : lines) {
+        QProcess process;
+        process.setWorkingDirectory(Folder.path());
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(ZO_ZOAPI), line);
+        ASSERT_TRUE(process.waitForFinished(30000));
+        EXPECT_EQ(process.exitCode(), 1) << line.join(u' ').toStdString();
+        EXPECT_EQ(process.readAllStandardError(), "EStreamError\nStandard output could not be written.\n");
+    }
+    EXPECT_EQ(Call({"getPet", "--set", "id=1", "--api-key", "k", "--output", "/dev/full"}), 1);
+    EXPECT_EQ(Errors,
+              "EZODownloadError\nThe response could not be written to /dev/full: No space left on device\n");
+}
+
 TEST_F(ZoApi, TakesSecretsFromFilesAndTheEnvironmentAndShowsNone) {
     Write(QStringLiteral("secret"), "from-file\nmore\n");
     EXPECT_EQ(Call({"getPet", "--set", "id=1", "--bearer", "@secret", "--verbose"}), 0)

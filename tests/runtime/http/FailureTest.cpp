@@ -142,7 +142,7 @@ TEST_F(TFailureTest, TheDestinationIsFull) {
     TZOHttpRequest request = Request("GET", server.Url("/"));
     request.Destination = &full;
     EXPECT_EQ(FailureOf<EZODownloadError>(request),
-              QStringLiteral("The response could not be written: No space left on device"));
+              QStringLiteral("The response could not be written to /dev/full: No space left on device"));
 }
 
 TEST_F(TFailureTest, TheDestinationIsNotOpen) {
