@@ -1,6 +1,7 @@
 #include "runtime/json/JsonDecoder_p.h"
 
 #include "runtime/json/PlainNumbers_p.h"
+#include "runtime/json/WholeNumber_p.h"
 
 #include "runtime/types/Any.h"
 #include "runtime/types/JsonText.h"
@@ -12,9 +13,6 @@
 #include <limits>
 
 namespace {
-
-/// The largest whole number up to which every one has a double of its own.
-constexpr double MaxExactDouble = 9007199254740992.0;
 
 bool IsNumberStart(std::string_view AToken) {
     return !AToken.empty() && std::string_view("{[\"tfn").find(AToken.front()) == std::string_view::npos;
@@ -177,7 +175,7 @@ bool TZOJsonDecoder::FillBoolean(quint8& AValue) {
 
 bool TZOJsonDecoder::FillWholeNumber(qint64 AMin, qint64 AMax, qint64& ANumber) {
     const std::string_view token = FTokens.Token();
-    if (!PlainNumbers::ToWhole(token, ANumber) && !ReadWholeNumber(token, ANumber))
+    if (!PlainNumbers::ToWhole(token, ANumber) && !TakeWholeNumber(token, ANumber))
         return false;
     if (ANumber < AMin || ANumber > AMax)
         return Fail(QStringLiteral("%1 does not fit the integer type").arg(Shown(token)), token.data());
@@ -185,22 +183,19 @@ bool TZOJsonDecoder::FillWholeNumber(qint64 AMin, qint64 AMax, qint64& ANumber) 
     return true;
 }
 
-bool TZOJsonDecoder::ReadWholeNumber(std::string_view AToken, qint64& ANumber) {
+bool TZOJsonDecoder::TakeWholeNumber(std::string_view AToken, qint64& ANumber) {
     if (!IsNumberStart(AToken))
         return FailType(vkInteger, AToken);
     if (!JsonText::IsNumber(AToken))
         return Fail(QStringLiteral("%1 is no JSON value").arg(Shown(AToken)), AToken.data());
-    const char* const end = AToken.data() + AToken.size();
-    const auto result = std::from_chars(AToken.data(), end, ANumber);
-    if (result.ec == std::errc() && result.ptr == end)
-        return true;
-    double number = 0;
-    std::from_chars(AToken.data(), end, number);
-    if (AToken.find_first_of(".eE") == AToken.npos || std::abs(number) > MaxExactDouble)
+    switch (ReadWholeNumber(AToken, ANumber)) {
+    case wnTooLarge:
         return Fail(QStringLiteral("%1 does not fit the integer type").arg(Shown(AToken)), AToken.data());
-    if (number != std::trunc(number))
+    case wnFraction:
         return Fail(QStringLiteral("%1 is not a whole number").arg(Shown(AToken)), AToken.data());
-    ANumber = static_cast<qint64>(number);
+    case wnWhole:
+        break;
+    }
     return true;
 }
 

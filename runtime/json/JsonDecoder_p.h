@@ -70,7 +70,7 @@ private:
     bool FillWholeNumber(qint64 AMin, qint64 AMax, qint64& ANumber);
     bool FillFloat(double& ANumber);
     /// The numbers that are not plain, or none.
-    bool ReadWholeNumber(std::string_view AToken, qint64& ANumber);
+    bool TakeWholeNumber(std::string_view AToken, qint64& ANumber);
     bool ReadFloat(std::string_view AToken, double& ANumber);
     bool FillDate(TZOValueKind AKind, double& ADate);
     bool FillAny(QByteArray& AJson);
