@@ -41,5 +41,6 @@ void AddFindBenchmarks();
 void AddHttpBenchmarks();
 void AddJsonBenchmarks();
 void AddOpenApiBenchmarks();
+void AddSettingsBenchmarks();
 void AddValuesBenchmarks();
 void AddViewBenchmarks();
