@@ -110,6 +110,22 @@ response: string
     EXPECT_EQ(Problems(*document), QStringList());
 }
 
+TEST_F(TTreeTest, MergesOnlyWhatAMappingDoesNotHaveItself) {
+    const auto document = Load(R"(openapi: 3.0.0
+info: {title: T, version: 1}
+paths:
+  /a: &a
+    get: {operationId: get, responses: {}}
+    put: {operationId: put, responses: {}}
+  /b:
+    <<: [*a, {put: {operationId: later, responses: {}}, head: {operationId: head, responses: {}}}]
+    get: {operationId: own, responses: {}}
+    put: {operationId: mine, responses: {}}
+)");
+    EXPECT_EQ(OperNames(*document).join(u' ').toStdString(), "get put own mine head");
+    EXPECT_EQ(Problems(*document), QStringList());
+}
+
 TEST_F(TTreeTest, FindsKeysOfLargeObjectsToo) {
     QByteArray schemas;
     for (int i = 0; i < 300; ++i)
