@@ -16,7 +16,8 @@ if(ZO_SANITIZE)
   target_compile_options(zo_flags INTERFACE -fsanitize=address,undefined
     -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g1
     # GCC loses track of variables behind the checks that the sanitizers put in; the release build looks.
-    -Wno-maybe-uninitialized)
+    # Other compilers do not know the warning.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(zo_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(ZO_FUZZ)
