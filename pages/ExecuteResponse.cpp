@@ -17,8 +17,8 @@
 
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QFileDevice>
 #include <QGuiApplication>
-#include <QSaveFile>
 #include <QTimer>
 
 #include <algorithm>
@@ -110,13 +110,11 @@ void TZOExecutePage::SaveJson() {
                                          QStringLiteral("JSON (*.json);;All files (*)"));
     if (!name || !self || !HasResponseValue())
         return;
-    // An older file stays whole until the new one is.
-    QSaveFile file(*name);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2").arg(*name, file.errorString()));
+    const std::unique_ptr<QFileDevice> file = OpenForSaving(*name);
+    if (!file->isOpen())
+        throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2").arg(*name, file->errorString()));
     const QByteArray json = TZOJson::Encode(*FResponse);
-    const QString reason = file.write(json) == json.size() ? PutInPlace(file) : file.errorString();
+    const QString reason = file->write(json) == json.size() ? PutInPlace(*file) : file->errorString();
     if (!reason.isEmpty())
         throw EFCreateError(QStringLiteral("Cannot write file \"%1\". %2").arg(*name, reason));
     Flash(FUi->SaveJsonLabel, QStringLiteral("saved"));

@@ -6,30 +6,18 @@
 
 #include "platform/SavedFile.h"
 
-#include <QFileInfo>
-#include <QSaveFile>
+#include <QFile>
 
 TZOOutput::TZOOutput(const QString& AName) : FName(AName) {
-    bool isOpen = false;
-    const QFileInfo info(AName);
     if (AName.isEmpty() || AName == QStringLiteral("-")) {
         FName = QStringLiteral("standard output");
         auto file = std::make_unique<QFile>();
-        isOpen = file->open(stdout, QIODevice::WriteOnly);
+        file->open(stdout, QIODevice::WriteOnly);
         FStream = std::move(file);
-    } else if (info.exists() && !info.isFile()) {
-        // A pipe or a device is there to be written to, not to be replaced.
-        FStream = std::make_unique<QFile>(AName);
-        isOpen = FStream->open(QIODevice::WriteOnly);
     } else {
-        auto file = std::make_unique<QSaveFile>(AName);
-        // Where no file can be made beside it.
-        file->setDirectWriteFallback(true);
-        FSaveFile = file.get();
-        isOpen = file->open(QIODevice::WriteOnly);
-        FStream = std::move(file);
+        FStream = OpenForSaving(AName);
     }
-    if (!isOpen)
+    if (!FStream->isOpen())
         throw EZOUsageError(QStringLiteral("%1 cannot be written: %2.").arg(FName, FStream->errorString()));
 }
 
@@ -41,12 +29,8 @@ void TZOOutput::Write(const QByteArray& ABytes) {
 }
 
 void TZOOutput::Finish() {
-    if (FSaveFile) {
-        if (const QString reason = PutInPlace(*FSaveFile); !reason.isEmpty())
-            Fail(reason);
-    } else if (!FStream->flush()) {
-        Fail(FStream->errorString());
-    }
+    if (const QString reason = PutInPlace(*FStream); !reason.isEmpty())
+        Fail(reason);
 }
 
 void TZOOutput::Fail(const QString& AReason) const {

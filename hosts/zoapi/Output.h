@@ -7,7 +7,6 @@
 #include <memory>
 
 class QFileDevice;
-class QSaveFile;
 
 /// A file, which stays as it was until all of the response is there, or a stream.
 class TZOOutput {
@@ -28,5 +27,4 @@ private:
 
     QString FName;
     std::unique_ptr<QFileDevice> FStream;
-    QSaveFile* FSaveFile = nullptr;
 };

@@ -4,6 +4,7 @@
 #include "jsoneditor/view/ViewRowLayout.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -11,6 +12,11 @@
 #include <QScrollBar>
 
 #include <atomic>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -245,6 +251,22 @@ TEST_F(ExecuteCommands, SavesTheResponseToAFile) {
     TestDialogs.Answers.emplace_back(QStringLiteral("/dev/null/out.json"));
     QTest::mouseClick(Find<QWidget>("SaveJsonLabel"), Qt::LeftButton);
     EXPECT_EQ(std::exchange(Errors, {}), QStringList{QStringLiteral("EFCreateError")});
+}
+
+TEST_F(ExecuteCommands, SavesTheResponseIntoAPipeWithoutReplacingIt) {
+    const QByteArray pipe = QFile::encodeName(Folder.filePath(QStringLiteral("pipe")));
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    const int reader = ::open(pipe.constData(), O_RDWR | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    ShowOperation(QStringLiteral("Echo"));
+    Execute();
+    TestDialogs.Answers.emplace_back(QFile::decodeName(pipe));
+    QTest::mouseClick(Find<QWidget>("SaveJsonLabel"), Qt::LeftButton);
+    char text[100];
+    const ssize_t size = ::read(reader, text, sizeof text);
+    ::close(reader);
+    ASSERT_GT(size, 0);
+    EXPECT_EQ(std::string_view(text, size_t(size)), R"({"text":"","numbers":[1,2]})");
 }
 
 } // namespace
