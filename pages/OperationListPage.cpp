@@ -40,7 +40,7 @@ TZOShellPage* TZOOperationListPage::Make(TZOShellFrame* AShell, TZOServiceItem* 
     frame->FTheming = TZOIdeTheming::ThemeComponent(
         frame, [frame](TZOIdeTheming* ATheming) { frame->IdeThemeChanged(ATheming); });
     connect(AItem, &TZOServiceItem::Renamed, frame, [frame, page = QPointer(page), AItem] {
-        frame->FUi->HeaderLabel->setText(AItem->Name());
+        frame->FUi->HeaderLabel->setText(VisibleText(AItem->Name()));
         if (page)
             page->SetCaption(AItem->Name());
     });
