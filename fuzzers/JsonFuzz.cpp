@@ -12,7 +12,10 @@
 
 namespace {
 
-/// Types of all kinds, each alone and as a property of a record.
+/// Content that is streamed is not part of a JSON text: it is read as nothing.
+bool IsStreamed(const TZOTypeInfo* AType) { return AType->Kind() == vkUpload || AType->Kind() == vkDownload; }
+
+/// Types of all kinds, each alone, and all but streams in lists and maps and as properties of a record.
 struct TTypes {
     TZOTypeLibrary Library;
     std::vector<const TZOTypeInfo*> All;
@@ -41,13 +44,17 @@ struct TTypes {
                               .Type());
         const std::size_t plain = All.size();
         for (std::size_t index = 0; index < plain; ++index) {
+            if (IsStreamed(All[index]))
+                continue;
             All.push_back(Library.NewList(All[index]));
             All.push_back(Library.NewMap(All[index]));
         }
         TZOObjectBuilder record = Library.NewObject(QStringLiteral("Record"));
         const std::size_t count = All.size();
-        for (std::size_t index = 0; index < count; ++index)
-            record.Property(QString(QChar(char16_t('a' + index))), All[index]);
+        for (std::size_t index = 0; index < count; ++index) {
+            if (!IsStreamed(All[index]))
+                record.Property(QString(QChar(char16_t('a' + index))), All[index]);
+        }
         record.Property(QStringLiteral("self"), record.Type());
         All.push_back(record.Type());
     }
@@ -73,7 +80,7 @@ void Check(const TZOTypeInfo* AType, const QByteArray& AJson, bool AIsValid) {
         return;
     }
     Fuzz::Require(AIsValid, "what is read is JSON");
-    if (AType->Kind() == vkUpload || AType->Kind() == vkDownload)
+    if (IsStreamed(AType))
         return;
     const QByteArray once = TZOJson::Encode(holder);
     TZOValueHolder again(AType, true);
