@@ -1,4 +1,5 @@
-// zobench [FILTER] [JSON FILE]; zobench --cold TASK is what it runs itself, for times of a fresh process
+// zobench [FILTER] [JSON FILE]; it runs itself with --group for the tasks of one process, and with --cold for
+// times of a fresh one
 #include "benchmarks/OpenApiCold.h"
 #include "benchmarks/Table.h"
 
@@ -7,6 +8,24 @@
 #include <benchmark/benchmark.h>
 
 #include <string>
+#include <utility>
+
+namespace {
+
+void AddAll() {
+    const std::pair<const char*, void (*)()> groups[] = {
+        {"find", &AddFindBenchmarks},         {"http", &AddHttpBenchmarks},
+        {"json", &AddJsonBenchmarks},         {"openapi", &AddOpenApiBenchmarks},
+        {"settings", &AddSettingsBenchmarks}, {"values", &AddValuesBenchmarks},
+        {"view", &AddViewBenchmarks},
+    };
+    for (const auto& [name, add] : groups) {
+        Bench::Group(name);
+        add();
+    }
+}
+
+} // namespace
 
 int main(int AArgc, char** AArgv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -20,12 +39,11 @@ int main(int AArgc, char** AArgv) {
     int count = 2;
     benchmark::Initialize(&count, arguments);
 
-    AddFindBenchmarks();
-    AddHttpBenchmarks();
-    AddJsonBenchmarks();
-    AddOpenApiBenchmarks();
-    AddSettingsBenchmarks();
-    AddValuesBenchmarks();
-    AddViewBenchmarks();
-    return Bench::Run(AArgc > 1 ? AArgv[1] : "", AArgc > 2 ? AArgv[2] : "bench.json");
+    AddAll();
+    const auto argument = [&](int index, const char* missing) {
+        return std::string(index < AArgc ? AArgv[index] : missing);
+    };
+    if (argument(1, "") == "--group")
+        return Bench::RunGroup(argument(2, ""), argument(3, ""), argument(4, "bench.json"));
+    return Bench::Run(argument(1, ""), argument(2, "bench.json"));
 }

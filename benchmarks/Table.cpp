@@ -2,10 +2,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <malloc.h>
 
@@ -21,6 +24,7 @@ constexpr int Repetitions = 5;
 
 struct TEntry {
     TBenchTask Task;
+    std::string Group;
     std::string Unit;
     std::function<void()> Check, TimeOurs, TimeTheirs;
     std::function<double()> MeasureOurs, MeasureTheirs;
@@ -33,6 +37,20 @@ struct TEntry {
 std::vector<std::unique_ptr<TEntry>>& Entries() {
     static std::vector<std::unique_ptr<TEntry>> entries;
     return entries;
+}
+
+std::string& CurrentGroup() {
+    static std::string group;
+    return group;
+}
+
+TEntry& AddEntry(const TBenchTask& ATask, const std::string& AUnit) {
+    auto entry = std::make_unique<TEntry>();
+    entry->Task = ATask;
+    entry->Group = CurrentGroup();
+    entry->Unit = AUnit;
+    Entries().push_back(std::move(entry));
+    return *Entries().back();
 }
 
 /// Keeps the median of each benchmark's repetitions, in milliseconds.
@@ -105,65 +123,112 @@ void PrintRow(const TEntry& AEntry) {
                                             : "MISSED");
 }
 
+void PrintHeader() {
+    std::printf("%-34s %-10s %-22s %12s %12s %-10s %7s %7s\n", "task", "size", "peer", "ours", "theirs",
+                "unit", "ratio", "target");
+    std::fflush(stdout);
+}
+
+void MeasureAll(const std::vector<TEntry*>& AChosen) {
+    for (TEntry* entry : AChosen) {
+        if (entry->Check)
+            entry->Check();
+    }
+    RunTimed(AChosen);
+    for (TEntry* entry : AChosen) {
+        if (!entry->MeasureOurs)
+            continue;
+        entry->Ours = entry->MeasureOurs();
+        entry->Theirs = entry->MeasureTheirs();
+    }
+}
+
+bool Write(const QJsonArray& ARows, const QString& AFile) {
+    QFile file(AFile);
+    const QByteArray json = QJsonDocument(ARows).toJson();
+    if (file.open(QIODevice::WriteOnly) && file.write(json) == json.size())
+        return true;
+    std::fprintf(stderr, "%s cannot be written\n", qPrintable(AFile));
+    return false;
+}
+
+/// The groups with a task that is chosen, in their order.
+std::vector<std::string> Groups(const std::string& AFilter) {
+    std::vector<std::string> groups;
+    for (const auto& entry : Entries()) {
+        const bool isChosen = entry->Name().find(AFilter) != std::string::npos;
+        if (isChosen && std::find(groups.begin(), groups.end(), entry->Group) == groups.end())
+            groups.push_back(entry->Group);
+    }
+    return groups;
+}
+
+/// Runs a group in a process of its own, which prints its lines.
+bool StartGroup(const std::string& AGroup, const std::string& AFilter, const QString& AFile,
+                QJsonArray& ARows) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(
+        QCoreApplication::applicationFilePath(),
+        {QStringLiteral("--group"), QString::fromStdString(AGroup), QString::fromStdString(AFilter), AFile});
+    QFile file(AFile);
+    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0 || !file.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "The benchmarks of the group \"%s\" have failed\n", AGroup.c_str());
+        return false;
+    }
+    for (const QJsonValue& row : QJsonDocument::fromJson(file.readAll()).array())
+        ARows.append(row);
+    return true;
+}
+
 } // namespace
+
+void Bench::Group(const std::string& AName) { CurrentGroup() = AName; }
 
 void Bench::Compare(const TBenchTask& ATask, std::function<void()> ACheck, std::function<void()> AOurs,
                     std::function<void()> ATheirs) {
-    auto entry = std::make_unique<TEntry>();
-    entry->Task = ATask;
-    entry->Unit = "ms";
-    entry->Check = std::move(ACheck);
-    entry->TimeOurs = std::move(AOurs);
-    entry->TimeTheirs = std::move(ATheirs);
-    Entries().push_back(std::move(entry));
+    TEntry& entry = AddEntry(ATask, "ms");
+    entry.Check = std::move(ACheck);
+    entry.TimeOurs = std::move(AOurs);
+    entry.TimeTheirs = std::move(ATheirs);
 }
 
 void Bench::Measure(const TBenchTask& ATask, const std::string& AUnit, std::function<double()> AOurs,
                     std::function<double()> ATheirs) {
-    auto entry = std::make_unique<TEntry>();
-    entry->Task = ATask;
-    entry->Unit = AUnit;
-    entry->MeasureOurs = std::move(AOurs);
-    entry->MeasureTheirs = std::move(ATheirs);
-    Entries().push_back(std::move(entry));
+    TEntry& entry = AddEntry(ATask, AUnit);
+    entry.MeasureOurs = std::move(AOurs);
+    entry.MeasureTheirs = std::move(ATheirs);
 }
 
-int Bench::Run(const std::string& AFilter, const std::string& AJsonFile) {
+int Bench::RunGroup(const std::string& AGroup, const std::string& AFilter, const std::string& AJsonFile) {
     std::vector<TEntry*> chosen;
     for (const auto& entry : Entries()) {
-        if (entry->Name().find(AFilter) != std::string::npos)
+        if (entry->Group == AGroup && entry->Name().find(AFilter) != std::string::npos)
             chosen.push_back(entry.get());
     }
     try {
-        for (TEntry* entry : chosen) {
-            if (entry->Check)
-                entry->Check();
-        }
-        RunTimed(chosen);
-        for (TEntry* entry : chosen) {
-            if (!entry->MeasureOurs)
-                continue;
-            entry->Ours = entry->MeasureOurs();
-            entry->Theirs = entry->MeasureTheirs();
-        }
+        MeasureAll(chosen);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "Wrong answer: %s\n", e.what());
         return 1;
     }
-    std::printf("%-34s %-10s %-22s %12s %12s %-10s %7s %7s\n", "task", "size", "peer", "ours", "theirs",
-                "unit", "ratio", "target");
     QJsonArray rows;
     for (const TEntry* entry : chosen) {
         PrintRow(*entry);
         rows.append(JsonRow(*entry));
     }
-    QFile file(QString::fromStdString(AJsonFile));
-    const QByteArray json = QJsonDocument(rows).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(json) != json.size()) {
-        std::fprintf(stderr, "%s cannot be written\n", AJsonFile.c_str());
-        return 1;
-    }
-    return 0;
+    return Write(rows, QString::fromStdString(AJsonFile)) ? 0 : 1;
+}
+
+int Bench::Run(const std::string& AFilter, const std::string& AJsonFile) {
+    const QTemporaryDir folder;
+    PrintHeader();
+    QJsonArray rows;
+    bool areAllRight = true;
+    for (const std::string& group : Groups(AFilter))
+        areAllRight &= StartGroup(group, AFilter, folder.filePath(QStringLiteral("group.json")), rows);
+    return Write(rows, QString::fromStdString(AJsonFile)) && areAllRight ? 0 : 1;
 }
 
 std::int64_t Bench::HeapInUse() {

@@ -27,9 +27,16 @@ void Compare(const TBenchTask& ATask, std::function<void()> ACheck, std::functio
 void Measure(const TBenchTask& ATask, const std::string& AUnit, std::function<double()> AOurs,
              std::function<double()> ATheirs);
 
-/// Runs every task whose "Task/Size/Peer" contains AFilter, prints the table, and writes it to AJsonFile.
-/// Returns the process's exit code: 0 also when a target is missed, 1 when an answer was wrong.
+/// The tasks added from now on, up to the next call, are of the group AName. Each group is run in a process
+/// of its own: memory that one task has freed makes the next one faster, ours or a peer's.
+void Group(const std::string& AName);
+
+/// Runs every task whose "Task/Size/Peer" contains AFilter, group by group, prints the table, and writes it
+/// to AJsonFile. Returns the process's exit code: 0 also when a target is missed, 1 when an answer was wrong.
 int Run(const std::string& AFilter, const std::string& AJsonFile);
+
+/// What Run starts this program for: the lines of one group.
+int RunGroup(const std::string& AGroup, const std::string& AFilter, const std::string& AJsonFile);
 
 /// Bytes of heap in use.
 std::int64_t HeapInUse();
