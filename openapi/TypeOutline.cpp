@@ -1,5 +1,7 @@
 #include "openapi/TypeOutline.h"
 
+#include "platform/VisibleText.h"
+
 #include <QSet>
 
 namespace {
@@ -31,7 +33,8 @@ private:
             return QStringLiteral("map of ") +
                    KindText(static_cast<const ZOMap::TTypeInfo*>(AType)->ItemType());
         const bool isNamed = AType->Kind() >= vkObject && !AType->Name().isEmpty();
-        return isNamed ? KindName(AType->Kind()) + u' ' + AType->Name() : KindName(AType->Kind());
+        return isNamed ? KindName(AType->Kind()) + u' ' + VisibleText(AType->Name())
+                       : KindName(AType->Kind());
     }
 
     static const TZOTypeInfo* ItemOf(const TZOTypeInfo* AType) {
@@ -51,9 +54,9 @@ private:
             Text += QStringLiteral(" read-only");
         const QStringList& allowed = ItemOf(AType)->AllowedValues();
         if (!allowed.isEmpty())
-            Text += QStringLiteral(" [") + allowed.join(QStringLiteral(", ")) + u']';
+            Text += QStringLiteral(" [") + VisibleText(allowed.join(QStringLiteral(", "))) + u']';
         if (AProperty && !AProperty->Description.isEmpty())
-            Text += QStringLiteral(" - ") + AProperty->Description.simplified();
+            Text += QStringLiteral(" - ") + VisibleText(AProperty->Description.simplified());
         if (FSeen.contains(ItemOf(AType)))
             Text += QStringLiteral(" (see above)");
         Text += u'\n';
@@ -61,7 +64,7 @@ private:
 
     void Line(int ADepth, const QString& AName, const TZOTypeInfo* AType,
               const ZOObject::TProperty* AProperty = nullptr) {
-        Text += QString(ADepth * 2, u' ') + AName;
+        Text += QString(ADepth * 2, u' ') + VisibleText(AName);
         if (!AType) {
             Text += QStringLiteral(": nothing\n");
             return;

@@ -14,6 +14,7 @@
 #include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
 #include "platform/Fonts.h"
+#include "platform/VisibleText.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -57,7 +58,7 @@ TOptions ReadCommandLine(const QCoreApplication& AApplication) {
             error = QStringLiteral("There is no document '%1'.").arg(document);
     }
     if (!error.isEmpty()) {
-        std::fprintf(stderr, "%s\nTry 'zoexplorer --help'.\n", qUtf8Printable(error));
+        std::fprintf(stderr, "%s\nTry 'zoexplorer --help'.\n", qUtf8Printable(VisibleLines(error)));
         std::exit(BadCommandLine);
     }
     if (parser.isSet(version))
@@ -118,7 +119,7 @@ int main(int AArgc, char** AArgv) {
         return options.DemoEditor ? RunDemoEditor() : RunExplorer(options);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "%s: %s\n", qUtf8Printable(ExceptionClassName(e)),
-                     qUtf8Printable(ExceptionMessage(e)));
+                     qUtf8Printable(VisibleLines(ExceptionMessage(e))));
         return 1;
     }
 }

@@ -10,6 +10,7 @@
 #include "platform/ExceptionDisplay.h"
 #include "platform/Exceptions.h"
 #include "platform/Registry.h"
+#include "platform/VisibleText.h"
 
 #include <QActionGroup>
 #include <QMenu>
@@ -21,7 +22,7 @@
 namespace {
 
 void ReportToStandardError(const QString& AMessage) {
-    std::fprintf(stderr, "%s\n", qUtf8Printable(AMessage));
+    std::fprintf(stderr, "%s\n", qUtf8Printable(VisibleLines(AMessage)));
 }
 
 // For settings whose loss must not stop anybody.

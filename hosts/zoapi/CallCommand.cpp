@@ -2,6 +2,7 @@
 #include "hosts/zoapi/Commands.h"
 
 #include "hosts/zoapi/Arguments.h"
+#include "hosts/zoapi/Console.h"
 #include "hosts/zoapi/Documents_p.h"
 #include "hosts/zoapi/Output.h"
 #include "hosts/zoapi/RequestPath.h"
@@ -34,8 +35,9 @@ const QList<TZOArguments::TOption>& CallOptions() {
 class TConsoleSignOn final : public TZOAuthUI {
 public:
     void Begin(const QString&, const QByteArray& AUrl) override {
-        PrintLine(QStringLiteral("Open this address in a browser on this machine to sign on:"), stderr);
-        PrintLine(QString::fromUtf8(AUrl), stderr);
+        Console::PrintRow(QStringLiteral("Open this address in a browser on this machine to sign on:"),
+                          stderr);
+        Console::PrintExact(AUrl, stderr);
     }
     bool Wait() override { return true; }
     void End() override {}
@@ -84,7 +86,7 @@ private:
     /// There is nothing to write.
     void Finish() {
         FOutput->Finish();
-        PrintLine(QStringLiteral("Ok"), stderr);
+        Console::PrintRow(QStringLiteral("Ok"), stderr);
     }
 
     void SetUpService() {
@@ -98,7 +100,7 @@ private:
             FService->HttpClient().SetCaFile(FArguments.Value("ca"));
         if (FArguments.Has("verbose"))
             FService->HttpClient().SetTrace(
-                [](const QByteArray& ALine) { PrintLine(QString::fromUtf8(ALine), stderr); });
+                [](const QByteArray& ALine) { Console::PrintExact(ALine, stderr); });
     }
 
     /// The service reads user and password from its API key, too; where the document has other kinds of keys
@@ -211,8 +213,8 @@ private:
 };
 
 void PrintFailure(const EException& AFailure) {
-    PrintLine(AFailure.ClassName(), stderr);
-    PrintLine(AFailure.Message(), stderr);
+    Console::PrintRow(AFailure.ClassName(), stderr);
+    Console::PrintLines(AFailure.Message(), stderr);
 }
 
 } // namespace

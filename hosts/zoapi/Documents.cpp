@@ -2,6 +2,7 @@
 
 #include "hosts/zoapi/Arguments.h"
 #include "hosts/zoapi/Commands.h"
+#include "hosts/zoapi/Console.h"
 
 #include "runtime/service/ServicePlugins.h"
 
@@ -21,7 +22,7 @@ QList<const TZORestServiceClass*> Documents::PluginClasses() {
         Plugins() = std::make_unique<TZOServicePlugins>();
         Plugins()->LoadAll();
         for (const auto& failure : Plugins()->Failures())
-            PrintLine(failure.ToText(), stderr);
+            Console::PrintLines(failure.ToText(), stderr);
     }
     return TZOTypeInfo::Services();
 }
@@ -59,9 +60,4 @@ POper Documents::FindOper(const TSource& ASource, const QString& AName) {
                 .arg(ASource.Document ? ASource.Document->FileName() : ASource.Class->ClassName(), AName));
     type->Complete(found);
     return found;
-}
-
-void Documents::PrintLine(const QString& AText, std::FILE* AFile) {
-    const QByteArray text = AText.toUtf8() + '\n';
-    std::fwrite(text.constData(), 1, std::size_t(text.size()), AFile);
 }

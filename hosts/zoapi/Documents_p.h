@@ -3,8 +3,6 @@
 
 #include "openapi/ApiDocument.h"
 
-#include <cstdio>
-
 namespace Documents {
 
 constexpr int Success = 0;
@@ -25,7 +23,5 @@ TSource Load(const QString& AName);
 QList<const TZORestServiceClass*> PluginClasses();
 /// The operation of that name, or of "METHOD PATH", completed. Raises EZOUsageError when there is none.
 POper FindOper(const TSource& ASource, const QString& AName);
-/// Writes text and a line break in UTF-8.
-void PrintLine(const QString& AText, std::FILE* AFile = stdout);
 
 } // namespace Documents

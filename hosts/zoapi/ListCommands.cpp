@@ -2,6 +2,7 @@
 #include "hosts/zoapi/Commands.h"
 
 #include "hosts/zoapi/Arguments.h"
+#include "hosts/zoapi/Console.h"
 #include "hosts/zoapi/Documents_p.h"
 
 #include "openapi/TypeOutline.h"
@@ -80,14 +81,14 @@ QByteArray ImportJson(TZOApiDocument& ADocument) {
 
 void PrintImport(const TZOApiDocument& ADocument) {
     const bool isKnown = ADocument.ServiceClass();
-    PrintLine(QStringLiteral("%1  %2  %3  %4 operations  %5 types  %6 problems")
-                  .arg(isKnown ? ADocument.Title() : ADocument.FileName(), ADocument.Version(),
-                       isKnown ? ADocument.Format() : QStringLiteral("unknown"))
-                  .arg(OperCount(ADocument))
-                  .arg(ADocument.TypeCount())
-                  .arg(ADocument.Problems().size()));
+    Console::PrintRow(QStringLiteral("%1  %2  %3  %4 operations  %5 types  %6 problems")
+                          .arg(isKnown ? ADocument.Title() : ADocument.FileName(), ADocument.Version(),
+                               isKnown ? ADocument.Format() : QStringLiteral("unknown"))
+                          .arg(OperCount(ADocument))
+                          .arg(ADocument.TypeCount())
+                          .arg(ADocument.Problems().size()));
     for (const TZOApiProblem& problem : ADocument.Problems())
-        PrintLine(QStringLiteral("  ") + problem.ToText());
+        Console::PrintRow(QStringLiteral("  ") + problem.ToText());
 }
 
 } // namespace
@@ -101,7 +102,7 @@ int Commands::Import(const QStringList& AArguments) {
         const auto document = TZOApiDocument::Load(fileName);
         document->CompleteAll();
         if (arguments.Has("json"))
-            PrintLine(QString::fromUtf8(ImportJson(*document)));
+            Console::PrintExact(ImportJson(*document));
         else
             PrintImport(*document);
         if (!document->ServiceClass())
@@ -122,10 +123,10 @@ int Commands::Services(const QStringList& AArguments) {
         members.Add("description", description);
         items.append(members.Json());
         if (!arguments.Has("json"))
-            PrintLine(serviceClass->ClassName() + QStringLiteral("  ") + description.simplified());
+            Console::PrintRow(serviceClass->ClassName() + QStringLiteral("  ") + description.simplified());
     }
     if (arguments.Has("json"))
-        PrintLine(QString::fromUtf8(List(items)));
+        Console::PrintExact(List(items));
     return Success;
 }
 
@@ -135,7 +136,6 @@ int Commands::Operations(const QStringList& AArguments) {
         throw EZOUsageError(QStringLiteral("Name one document."));
     const TSource source = Load(arguments.Positional().front());
     QByteArrayList items;
-    QString lines;
     for (const TZORestService::TOper& oper : source.Class->TypeInfo()->Opers()) {
         const QString method = QString::fromLatin1(oper.Http.Method);
         const QString& description = oper.Request->Description();
@@ -149,14 +149,12 @@ int Commands::Operations(const QStringList& AArguments) {
         } else {
             const QString line =
                 oper.Name + QStringLiteral("  ") + method + QStringLiteral("  ") + oper.Http.Path;
-            lines += description.isEmpty() ? line : line + QStringLiteral("  ") + description.simplified();
-            lines += u'\n';
+            Console::PrintRow(description.isEmpty() ? line
+                                                    : line + QStringLiteral("  ") + description.simplified());
         }
     }
     if (arguments.Has("json"))
-        PrintLine(QString::fromUtf8(List(items)));
-    else
-        std::fputs(lines.toUtf8().constData(), stdout);
+        Console::PrintExact(List(items));
     return Success;
 }
 
@@ -165,7 +163,7 @@ int Commands::Describe(const QStringList& AArguments) {
     if (arguments.Positional().size() != 2)
         throw EZOUsageError(QStringLiteral("Name a document and one of its operations."));
     const TSource source = Load(arguments.Positional().front());
-    std::fputs(TypeOutline::Of(*FindOper(source, arguments.Positional().last())).toUtf8().constData(),
-               stdout);
+    const QString outline = TypeOutline::Of(*FindOper(source, arguments.Positional().last()));
+    Console::PrintLines(outline.chopped(1), stdout);
     return Success;
 }

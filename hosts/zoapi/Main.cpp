@@ -1,5 +1,6 @@
 #include "hosts/zoapi/Arguments.h"
 #include "hosts/zoapi/Commands.h"
+#include "hosts/zoapi/Console.h"
 #include "hosts/zoapi/Secrets.h"
 
 #include "platform/CoreFiles.h"
@@ -90,11 +91,12 @@ int main(int AArgc, char** AArgv) {
         FinishOutput();
         return exitCode;
     } catch (const EZOUsageError& error) {
-        std::fprintf(stderr, "%s\nTry 'zoapi --help'.\n", qUtf8Printable(error.Message()));
+        Console::PrintLines(error.Message(), stderr);
+        Console::PrintRow(QStringLiteral("Try 'zoapi --help'."), stderr);
         return BadCommandLine;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n%s\n", qUtf8Printable(ExceptionClassName(error)),
-                     qUtf8Printable(ExceptionMessage(error)));
+        Console::PrintRow(ExceptionClassName(error), stderr);
+        Console::PrintLines(ExceptionMessage(error), stderr);
         return 1;
     }
 }

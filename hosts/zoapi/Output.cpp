@@ -1,19 +1,18 @@
 #include "hosts/zoapi/Output.h"
 
 #include "hosts/zoapi/Arguments.h"
+#include "hosts/zoapi/Console.h"
 
 #include "runtime/types/Failures.h"
 
 #include "platform/SavedFile.h"
 
-#include <QFile>
+#include <QFileDevice>
 
 TZOOutput::TZOOutput(const QString& AName) : FName(AName) {
     if (AName.isEmpty() || AName == QStringLiteral("-")) {
         FName = QStringLiteral("standard output");
-        auto file = std::make_unique<QFile>();
-        file->open(stdout, QIODevice::WriteOnly);
-        FStream = std::move(file);
+        FStream = Console::OpenOutput();
     } else {
         FStream = OpenForSaving(AName);
     }

@@ -25,7 +25,8 @@ TEST_F(ZoExplorer, RefusesABadCommandLine) {
     const std::pair<QStringList, QString> lines[] = {
         {{QStringLiteral("--nonsense")}, QStringLiteral("nonsense")},
         {{QStringLiteral("--tour")}, QStringLiteral("tour")},
-        {{QStringLiteral("stray")}, QStringLiteral("stray")}};
+        {{QStringLiteral("stray")}, QStringLiteral("stray")},
+        {{QStringLiteral("\x1b[31m\u202E")}, QStringLiteral("'␛[31m\\u202E'")}};
     for (const auto& [arguments, named] : lines) {
         EXPECT_EQ(Run(arguments), 2) << named.toStdString();
         EXPECT_TRUE(Errors.contains(named)) << Errors.toStdString();
