@@ -352,14 +352,16 @@ bool TZOJsonDecoder::SkipOpened(char AOpening) {
 
 void TZOJsonDecoder::Leap() {
     int open = 0;
-    do {
+    while (!FTokens.IsAtEnd()) {
         const char first = FTokens.Peek();
         if (first == '{' || first == '[')
             ++open;
         else if ((first == '}' || first == ']') && --open < 0)
             return;
         FTokens.Drop();
-    } while (open > 0 && !FTokens.IsAtEnd());
+        if (open == 0)
+            return;
+    }
 }
 
 bool TZOJsonDecoder::Key(std::string_view& AKey) {

@@ -215,6 +215,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "line 1, column 36 (/medium/kind): the text is no JSON from here on"},
         TBadCase{R"({"medium":{"kind":5}})", "line 1, column 19 (/medium): the name of a type is expected"},
         TBadCase{R"({"medium":{"pages":1)", "line 1, column 21 (/medium): the text ends too early"},
+        TBadCase{R"({"medium":{"pages":)", "line 1, column 20 (/medium): the text ends too early"},
+        TBadCase{R"({"terms":{"value":)", "line 1, column 19 (/terms): the text ends too early"},
         TBadCase{R"({"medium":{"pages":]]]})",
                  "line 1, column 20 (/medium): the text is no JSON from here on"},
         TBadCase{R"({"bare":{"lives":[tru]}})", "line 1, column 19 (/bare/lives/0): tru is no JSON value"},
@@ -229,6 +231,20 @@ INSTANTIATE_TEST_SUITE_P(
         TBadCase{R"({"bare":true})",
                  "line 1, column 9 (/bare): the value fits none of the alternatives that can stand here"},
         TBadCase{"{\"s\":\"\xC3\"}", "line 1, column 1: the text is not valid UTF-8"}));
+
+TEST(JsonDecode, RefusesATextThatIsCutAnywhere) {
+    const TTypes types;
+    const QByteArray whole =
+        R"({"s":"a\"","i":1,"b":true,"t":"2024-05-17T08:30:00Z","any":{"x":[null]},"list":[1,2],"map":{"k":"v"},)"
+        R"("unknown":[{"a":1}],"medium":{"more":{"x":1},"kind":"book","pages":3},)"
+        R"("terms":{"value":5,"tag":"days"},"bare":{"name":"Rex"}})";
+    ASSERT_EQ(Failure(types.Record, whole), QStringLiteral("no failure"));
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        SCOPED_TRACE(size);
+        EXPECT_THAT(Failure(types.Record, whole.first(size)).toStdString(),
+                    testing::StartsWith("The JSON text is not as expected at line 1"));
+    }
+}
 
 TEST(JsonDecode, TakesNoControlCharactersForWhiteSpace) {
     const TTypes types;
