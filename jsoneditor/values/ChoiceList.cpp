@@ -3,6 +3,7 @@
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/RestView.h"
 #include "platform/IdeTheming.h"
+#include "platform/VisibleText.h"
 
 #include <QEvent>
 #include <QScreen>
@@ -17,7 +18,7 @@ constexpr int MaxRows = 10;
 } // namespace
 
 TZOChoiceList::TZOChoiceList(TZORestView* AView, const QStringList& AChoices)
-    : QListWidget(AView->window()), FEditor(AView->Editor()) {
+    : QListWidget(AView->window()), FChoices(AChoices), FEditor(AView->Editor()) {
     setObjectName(QStringLiteral("Choices"));
     setAccessibleName(tr("Allowed values"));
     setFocusPolicy(Qt::NoFocus);
@@ -30,7 +31,8 @@ TZOChoiceList::TZOChoiceList(TZORestView* AView, const QStringList& AChoices)
     setPalette(colours);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFont(AView->font());
-    addItems(AChoices);
+    for (const QString& choice : AChoices)
+        addItem(VisibleText(choice));
     MoveToTyped(AView->Editor()->text());
     if (currentRow() < 0)
         setCurrentRow(0);
@@ -70,11 +72,15 @@ QRect TZOChoiceList::Room() const {
 }
 
 void TZOChoiceList::MoveToTyped(const QString& ATyped) {
-    auto matches = findItems(ATyped, Qt::MatchExactly);
-    if (matches.isEmpty())
-        matches = findItems(ATyped, Qt::MatchStartsWith);
-    setCurrentItem(matches.isEmpty() ? nullptr : matches.first());
-    if (matches.isEmpty())
+    qsizetype match = FChoices.indexOf(ATyped);
+    if (match < 0) {
+        const auto first = std::find_if(FChoices.cbegin(), FChoices.cend(), [&](const QString& AChoice) {
+            return AChoice.startsWith(ATyped, Qt::CaseInsensitive);
+        });
+        match = first == FChoices.cend() ? -1 : first - FChoices.cbegin();
+    }
+    setCurrentRow(static_cast<int>(match));
+    if (match < 0)
         clearSelection();
 }
 
@@ -102,7 +108,7 @@ bool TZOChoiceList::TakeKey(int AKey, Qt::KeyboardModifiers AShift) {
     }
 }
 
-void TZOChoiceList::Choose() { emit Chosen(currentItem()->text()); }
+void TZOChoiceList::Choose() { emit Chosen(FChoices[currentRow()]); }
 
 bool TZOChoiceList::eventFilter(QObject* AObject, QEvent* AEvent) {
     const QEvent::Type type = AEvent->type();

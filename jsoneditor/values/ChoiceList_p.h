@@ -20,7 +20,7 @@ public:
     bool TakeKey(int AKey, Qt::KeyboardModifiers AShift);
 
 signals:
-    /// The user has made his choice; the list closes.
+    /// The user has made his choice, one of the values as it is; the list closes.
     void Chosen(const QString& AText);
     /// The list has lost its editor, or the user does not want it any more.
     void Closed();
@@ -37,6 +37,8 @@ private:
     void MoveToTyped(const QString& ATyped);
     void Choose();
 
+    /// The values; the items show them as visible text.
+    QStringList FChoices;
     /// As a widget: events of its end come when it is no more than that.
     QPointer<QWidget> FEditor;
 };

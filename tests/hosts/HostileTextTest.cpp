@@ -45,7 +45,8 @@ QByteArray Document(const QByteArray& AServer) {
     {"clientCredentials": {"tokenUrl": "SERVER/t", "scopes": {"EVIL": "EVIL"}}}}}},
   "paths": {"EVIL": 5, "/a": {
     "get": {"operationId": "EVIL", "summary": "EVIL", "parameters": [
-      {"name": "EVIL", "in": "query", "description": "EVIL", "schema": {"type": "string", "enum": ["EVIL", "b"]}}],
+      {"name": "EVIL", "in": "query", "description": "EVIL", "schema": {"type": "string"}},
+      {"name": "e", "in": "query", "schema": {"type": "string", "enum": ["EVIL", "b"]}}],
       "responses": {"200": {"description": "EVIL", "content": {"application/json": {}}}}},
     "post": {"operationId": "secured", "security": [{"EVIL": ["EVIL"]}], "responses": {}}}}})")
         .replace("EVIL", Evil)
@@ -194,6 +195,21 @@ TEST_F(HostileText, OfADocumentIsShownOnEveryPage) {
     EXPECT_FALSE(Acts(details)) << details.toStdString();
     EXPECT_TRUE(details.contains(QStringLiteral("X-Evil: <b>x</b>"))) << details.toStdString();
     EXPECT_EQ(Opened.Urls, QList<QUrl>());
+}
+
+TEST_F(HostileText, OfAllowedValuesIsListed) {
+    OpenRow(0);
+    OpenRow(0);
+    // From the object to its second property.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home, Qt::ControlModifier);
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space, Qt::ControlModifier);
+    auto* list = Window->findChild<QAbstractItemView*>(QStringLiteral("Choices"));
+    ASSERT_TRUE(list && list->isVisible());
+    const QString painted = Check(list);
+    EXPECT_TRUE(painted.contains(QString::fromUtf8("</a>\\u202Egpj␇␛[31m\\u2066␊"))) << painted.toStdString();
+    Check(Window.get());
 }
 
 TEST_F(HostileText, OfScopesIsShownOnTheOptionsPage) {

@@ -276,6 +276,22 @@ TEST_F(ChoiceList, FillsInWhatIsOffered) {
     view.ExpectJson(R"({"colour":"red"})");
 }
 
+TEST_F(ChoiceList, ShowsWhatWouldActAndStoresItAsItIs) {
+    const QString evil = QString::fromUtf8("b\x1b[31m\u202Ec\nd");
+    const TZOTypeInfo* text =
+        Types.Library.NewScalar(vkString, QStringLiteral("Evil"), QString(), {QStringLiteral("a"), evil});
+    const auto* object =
+        Types.Library.NewObject(QStringLiteral("Object")).Property(QStringLiteral("text"), text).Type();
+    TValueView view(object, R"({"text":"a"})");
+    view.PressOn("text: <a>", "Ctrl+Space");
+    EXPECT_EQ(Shown(view), "[a] b␛[31m\\u202Ec␊d");
+    view.Press("Down Return");
+    view.ExpectJson(QString::fromUtf8(R"({"text":"b\u001b[31m%1c\nd"})").arg(QChar(0x202E)).toUtf8());
+    // The editor's text is the value: the list opens on it.
+    view.Press("Ctrl+Space");
+    EXPECT_EQ(Shown(view), "a [b␛[31m\\u202Ec␊d]");
+}
+
 TEST_F(ChoiceList, BooleansHaveBothTheirTexts) {
     TValueView view(Paint, Json);
     view.PressOn("gloss: <True>", "Ctrl+Space");
