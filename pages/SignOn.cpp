@@ -2,11 +2,11 @@
 
 #include "pages/LongRequest.h"
 
+#include "platform/Browser.h"
 #include "platform/Fonts.h"
 #include "platform/VisibleText.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -106,10 +106,8 @@ void TZOSignOn::MakeWindow(const QString& AService) {
 }
 
 void TZOSignOn::OpenBrowser() {
-    const bool isOpen = QDesktopServices::openUrl(QUrl::fromEncoded(FUrl));
-    FStatusLabel->setText(isOpen ? QStringLiteral("Waiting for the browser...")
-                                 : QStringLiteral("No browser could be opened. Copy the address, and open it "
-                                                  "in a browser on this machine."));
+    const QString failure = OpenInBrowser(FUrl);
+    FStatusLabel->setText(failure.isEmpty() ? QStringLiteral("Waiting for the browser...") : failure);
 }
 
 void TZOSignOn::CopyAddress() {
