@@ -1,5 +1,6 @@
 #include "pages/ElidedLabel.h"
 
+#include "platform/TipText.h"
 #include "platform/VisibleText.h"
 
 #include <QHelpEvent>
@@ -41,12 +42,8 @@ QSize TZOElidedLabel::minimumSizeHint() const { return {0, fontMetrics().height(
 bool TZOElidedLabel::event(QEvent* AEvent) {
     if (AEvent->type() != QEvent::ToolTip)
         return QLabel::event(AEvent);
-    if (fontMetrics().horizontalAdvance(Line()) > width() || text().size() > MaxShown) {
-        // A tool tip would take a text with tags for markup.
-        const QString tip = QStringLiteral("<p style='white-space: pre-wrap'>%1</p>")
-                                .arg(VisibleLines(text()).toHtmlEscaped());
-        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), tip, this);
-    }
+    if (fontMetrics().horizontalAdvance(Line()) > width() || text().size() > MaxShown)
+        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), TipText(text()), this);
     return true;
 }
 

@@ -8,6 +8,9 @@
 
 #include "runtime/service/RestService.h"
 
+#include "platform/TipText.h"
+#include "platform/VisibleText.h"
+
 namespace {
 
 QString ComponentName(const TZORestServiceClass* AClass) {
@@ -48,12 +51,14 @@ QString TZOComponentWidget::name() const { return FName; }
 
 QString TZOComponentWidget::group() const { return QStringLiteral("ZO Bridgework"); }
 
-QString TZOComponentWidget::toolTip() const { return FServiceClass->TypeInfo()->Description(); }
+QString TZOComponentWidget::Description() const { return FServiceClass->TypeInfo()->Description(); }
+
+QString TZOComponentWidget::toolTip() const { return TipText(Description()); }
 
 QString TZOComponentWidget::whatsThis() const {
-    return QStringLiteral("A REST service on the form: %1\n\nIt is not seen when the program runs. "
-                          "\"Explore service...\" in its menu tries its operations.")
-        .arg(toolTip());
+    return TipText(QStringLiteral("A REST service on the form: %1\n\nIt is not seen when the program runs. "
+                                  "\"Explore service...\" in its menu tries its operations.")
+                       .arg(Description()));
 }
 
 QString TZOComponentWidget::includeFile() const {
@@ -79,7 +84,7 @@ QString TZOComponentWidget::Dropped(const QString& ADisplayName, const QString& 
                           "<widget class=\"%2\" name=\"%3\"><property name=\"geometry\"><rect>"
                           "<x>0</x><y>0</y><width>40</width><height>40</height>"
                           "</rect></property>%4</widget></ui>")
-        .arg(ADisplayName.toHtmlEscaped(), name(), AObjectName, AProperties);
+        .arg(VisibleText(ADisplayName).toHtmlEscaped(), name(), AObjectName, AProperties);
 }
 
 QWidget* TZOComponentWidget::createWidget(QWidget* AParent) {

@@ -15,8 +15,8 @@ public:
 
     QString name() const override;
     QString group() const override;
-    QString toolTip() const override;
-    QString whatsThis() const override;
+    QString toolTip() const final;
+    QString whatsThis() const final;
     QString includeFile() const override;
     QIcon icon() const override;
     bool isContainer() const override { return false; }
@@ -29,6 +29,8 @@ protected:
     /// AClass may be null, but for the functions that are not overridden; ABase is what the components are.
     TZOComponentWidget(const TZORestServiceClass* AClass, const QString& AName, const QMetaObject& ABase);
 
+    /// Plain text, of a document perhaps.
+    virtual QString Description() const;
     /// What the editor makes of a drop: a widget of this class. AProperties is XML.
     QString Dropped(const QString& ADisplayName, const QString& AObjectName,
                     const QString& AProperties) const;

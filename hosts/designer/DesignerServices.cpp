@@ -7,7 +7,14 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
+
+/// XML has no way to write a control character.
+bool CanStandInForm(const QString& AText) {
+    return std::none_of(AText.cbegin(), AText.cend(), [](QChar AChar) { return AChar < u' '; });
+}
 
 /// What the components of an editor stand for.
 class TServices {
@@ -34,6 +41,11 @@ private:
         const auto files = QDir(SharedDocuments::UserFolder())
                                .entryInfoList(kinds, QDir::Files | QDir::Readable, QDir::Name);
         for (const QFileInfo& file : files) {
+            if (!CanStandInForm(file.fileName())) {
+                FFailures.append(QStringLiteral("The API document %1 was skipped: no form can hold its name.")
+                                     .arg(file.absoluteFilePath()));
+                continue;
+            }
             auto document = SharedDocuments::Load(file.absoluteFilePath());
             if (!document->ServiceClass()) {
                 const QString reason =

@@ -39,8 +39,8 @@ TZODocumentWidget::TZODocumentWidget(const TZOApiDocument* ADocument)
                          TZODocumentComponent::staticMetaObject),
       FDocument(ADocument) {}
 
-QString TZODocumentWidget::toolTip() const {
-    return FDocument ? TZOComponentWidget::toolTip()
+QString TZODocumentWidget::Description() const {
+    return FDocument ? TZOComponentWidget::Description()
                      : QStringLiteral("The service of an API document, which the property Document names.");
 }
 

@@ -14,11 +14,13 @@ public:
     /// ADocument describes a service and must outlive the components; null: none is named yet.
     explicit TZODocumentWidget(const TZOApiDocument* ADocument);
 
-    QString toolTip() const override;
     QString includeFile() const override;
     QIcon icon() const override;
     QString domXml() const override;
     QWidget* createWidget(QWidget* AParent) override;
+
+protected:
+    QString Description() const override;
 
 private:
     const TZOApiDocument* FDocument;

@@ -1,5 +1,6 @@
 #include "hosts/standalone/ProblemWindow.h"
 
+#include "platform/TipText.h"
 #include "platform/VisibleText.h"
 
 #include <QClipboard>
@@ -50,8 +51,7 @@ void TZOProblemWindow::SetProblems(const TZOApiProblems& AProblems) {
             shown.append(VisibleText(text));
         auto* item = new QTreeWidgetItem(shown);
         for (int column = 0; column < texts.size(); ++column)
-            item->setToolTip(column,
-                             QStringLiteral("<p>%1</p>").arg(VisibleLines(texts[column]).toHtmlEscaped()));
+            item->setToolTip(column, TipText(texts[column]));
         items.append(item);
     }
     FList->addTopLevelItems(items);

@@ -10,7 +10,7 @@
 #include "jsoneditor/view/ShapedTexts_p.h"
 #include "jsoneditor/view/ViewScrollBar_p.h"
 #include "platform/ExceptionDisplay.h"
-#include "platform/VisibleText.h"
+#include "platform/TipText.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -423,13 +423,10 @@ void TZORestView::ShowRowHint(const QHelpEvent* AEvent) {
     QString hint;
     if (FDataSource && hit.Row)
         GuardedCall(this, [&] { hint = FDataSource->RowHint(hit.Row); });
-    // A tip that looks like rich text would be taken for it.
     if (hint.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(AEvent->globalPos(),
-                           Qt::convertFromPlainText(VisibleLines(hint), Qt::WhiteSpaceNormal), this,
-                           hit.Row->Layout()->Bounds());
+        QToolTip::showText(AEvent->globalPos(), TipText(hint), this, hit.Row->Layout()->Bounds());
 }
 
 void TZORestView::changeEvent(QEvent* AEvent) {
