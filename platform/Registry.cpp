@@ -32,7 +32,7 @@ bool IsSameOrBelow(const QString& AFoldedPath, const QString& AFoldedKey) {
 
 TRegistry::TRegistry() = default;
 
-TRegistry::~TRegistry() = default;
+TRegistry::~TRegistry() { Abandon(); }
 
 QString TRegistry::FileName() {
     const QString chosen = qEnvironmentVariable("ZO_SETTINGS_FILE");
@@ -146,11 +146,12 @@ void TRegistry::CloseKey() {
         Abandon();
         throw;
     }
-    FFile.reset();
+    TZOSettingsFile::Keep(std::move(FFile));
 }
 
 void TRegistry::Abandon() {
-    FFile.reset();
+    if (FFile)
+        TZOSettingsFile::Keep(std::move(FFile));
     FTransaction = trNone;
     FKeyOpen = false;
     FPath.clear();

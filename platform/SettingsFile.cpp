@@ -118,6 +118,10 @@ private:
     int FFolder;
 };
 
+bool IsSameTime(const timespec& AFirst, const timespec& ASecond) {
+    return AFirst.tv_sec == ASecond.tv_sec && AFirst.tv_nsec == ASecond.tv_nsec;
+}
+
 QString AsideName(const QString& AFileName) {
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString name = AFileName + QStringLiteral(".damaged-") + stamp;
@@ -127,9 +131,58 @@ QString AsideName(const QString& AFileName) {
     return free;
 }
 
+/// Opening the file and reading its tables costs more than most transactions do.
+std::unique_ptr<TZOSettingsFile>& KeptFile() {
+    thread_local std::unique_ptr<TZOSettingsFile> file;
+    return file;
+}
+
 } // namespace
 
+void TZOSettingsFile::Keep(std::unique_ptr<TZOSettingsFile> AFile) {
+    AFile->Rollback();
+    if (AFile->CanBeKept())
+        KeptFile() = std::move(AFile);
+}
+
+bool TZOSettingsFile::CanBeKept() {
+    if (FHasFailed || sqlite3_get_autocommit(FHandle) == 0 ||
+        ::stat(QFile::encodeName(FFileName).constData(), &FLeft) != 0)
+        return false;
+    // SQLite takes its pages for good as long as the file's change counter is the same, which a file that was
+    // copied over this one may have, too.
+    sqlite3_db_release_memory(FHandle);
+    return true;
+}
+
+/// Whether the file is still the one that the connection has open, and nobody else has written to it.
+bool TZOSettingsFile::IsUntouched() const {
+    int hasMoved = 1;
+    struct stat now = {};
+    return sqlite3_file_control(FHandle, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved) == SQLITE_OK &&
+           hasMoved == 0 && ::stat(QFile::encodeName(FFileName).constData(), &now) == 0 &&
+           now.st_dev == FLeft.st_dev && now.st_ino == FLeft.st_ino && now.st_size == FLeft.st_size &&
+           IsSameTime(now.st_mtim, FLeft.st_mtim) && IsSameTime(now.st_ctim, FLeft.st_ctim);
+}
+
+std::unique_ptr<TZOSettingsFile> TZOSettingsFile::TakeKept(const QString& AFileName) {
+    std::unique_ptr<TZOSettingsFile> file = std::move(KeptFile());
+    if (!file || file->FFileName != AFileName || file->FProcess != ::getpid() ||
+        !CheckedFiles().contains(AFileName) || !file->IsUntouched())
+        return nullptr;
+    try {
+        file->BeginReading();
+        file->ReadFormat();
+        file->Commit();
+        return file;
+    } catch (const ERegistryException&) {
+        return nullptr; // What a new connection says about the file counts.
+    }
+}
+
 std::unique_ptr<TZOSettingsFile> TZOSettingsFile::Open(const QString& AFileName, bool ACreate) {
+    if (auto kept = TakeKept(AFileName))
+        return kept;
     for (;;) {
         if (!QFileInfo::exists(AFileName)) {
             if (!ACreate)
@@ -146,7 +199,7 @@ std::unique_ptr<TZOSettingsFile> TZOSettingsFile::Open(const QString& AFileName,
     }
 }
 
-TZOSettingsFile::TZOSettingsFile(const QString& AFileName) : FFileName(AFileName) {
+TZOSettingsFile::TZOSettingsFile(const QString& AFileName) : FFileName(AFileName), FProcess(::getpid()) {
     const int code =
         sqlite3_open_v2(QFile::encodeName(AFileName).constData(), &FHandle, SQLITE_OPEN_READWRITE, nullptr);
     if (code != SQLITE_OK) {
@@ -161,7 +214,12 @@ TZOSettingsFile::TZOSettingsFile(const QString& AFileName) : FFileName(AFileName
 }
 
 TZOSettingsFile::~TZOSettingsFile() {
+    // After a fork the connection is the parent's, whose locks SQLite would take for the child's own.
+    if (FProcess != ::getpid())
+        return;
     Rollback();
+    for (sqlite3_stmt* statement : std::as_const(FStatements))
+        sqlite3_finalize(statement);
     sqlite3_close(FHandle);
 }
 
@@ -179,17 +237,7 @@ TZOSettingsFile::TVerdict TZOSettingsFile::Judge(QString& AReason) {
 TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
     // One look at all of it: another process may just be making the tables.
     BeginReading();
-    const qint64 format = Number("PRAGMA user_version");
-    const bool isOurs = Number("PRAGMA application_id") == ApplicationId;
-    if (!isOurs && Number("SELECT count(*) FROM sqlite_master") != 0)
-        Raise(FFileName, QStringLiteral("it belongs to another program. It was left as it is."));
-    if (format > Format)
-        Raise(FFileName,
-              QStringLiteral("it was written by a newer version of this program (format %1, known is %2). "
-                             "It was left as it is.")
-                  .arg(format)
-                  .arg(Format));
-    FHasTables = isOurs && format > 0;
+    ReadFormat();
     const bool isFirstLook = !CheckedFiles().contains(FFileName);
     if (isFirstLook) {
         TZOSettingsQuery check(*this, "PRAGMA quick_check(1)");
@@ -206,6 +254,20 @@ TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
     // A commit ends with the removal of the journal: without this a power cut could undo it.
     Execute("PRAGMA synchronous=EXTRA");
     return veUsable;
+}
+
+void TZOSettingsFile::ReadFormat() {
+    const qint64 format = Number("PRAGMA user_version");
+    const bool isOurs = Number("PRAGMA application_id") == ApplicationId;
+    if (!isOurs && Number("SELECT count(*) FROM sqlite_master") != 0)
+        Raise(FFileName, QStringLiteral("it belongs to another program. It was left as it is."));
+    if (format > Format)
+        Raise(FFileName,
+              QStringLiteral("it was written by a newer version of this program (format %1, known is %2). "
+                             "It was left as it is.")
+                  .arg(format)
+                  .arg(Format));
+    FHasTables = isOurs && format > 0;
 }
 
 // A writer that was killed before its journal said anything leaves it; SQLite takes it away with the next
@@ -261,7 +323,7 @@ void TZOSettingsFile::BeginWriting() {
 
 void TZOSettingsFile::Rollback() noexcept {
     if (sqlite3_get_autocommit(FHandle) == 0)
-        sqlite3_exec(FHandle, "ROLLBACK", nullptr, nullptr, nullptr);
+        FHasFailed |= sqlite3_exec(FHandle, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK;
 }
 
 void TZOSettingsFile::Execute(const char* ASql) {
@@ -274,18 +336,36 @@ qint64 TZOSettingsFile::Number(const char* ASql) {
     return query.Next() ? query.Text(0).toLongLong() : 0;
 }
 
-void TZOSettingsFile::Fail(int ACode) const {
+sqlite3_stmt* TZOSettingsFile::TakeStatement(const char* ASql) {
+    const auto size = qsizetype(std::strlen(ASql));
+    if (sqlite3_stmt* statement = FStatements.take(QByteArray::fromRawData(ASql, size)))
+        return statement;
+    sqlite3_stmt* statement = nullptr;
+    if (const int code =
+            sqlite3_prepare_v3(FHandle, ASql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+        code != SQLITE_OK)
+        Fail(code);
+    return statement;
+}
+
+void TZOSettingsFile::PutStatement(const char* ASql, sqlite3_stmt* AStatement) noexcept {
+    sqlite3_reset(AStatement);
+    sqlite3_clear_bindings(AStatement);
+    sqlite3_stmt*& place = FStatements[QByteArray::fromRawData(ASql, qsizetype(std::strlen(ASql)))];
+    sqlite3_finalize(std::exchange(place, AStatement));
+}
+
+void TZOSettingsFile::Fail(int ACode) {
+    FHasFailed = true;
     if (IsDamage(ACode))
         CheckedFiles().remove(FFileName);
     Raise(FFileName, QString::fromUtf8(sqlite3_errmsg(FHandle)));
 }
 
-TZOSettingsQuery::TZOSettingsQuery(TZOSettingsFile& AFile, const char* ASql) : FFile(AFile) {
-    if (const int code = sqlite3_prepare_v2(AFile.FHandle, ASql, -1, &FStatement, nullptr); code != SQLITE_OK)
-        AFile.Fail(code);
-}
+TZOSettingsQuery::TZOSettingsQuery(TZOSettingsFile& AFile, const char* ASql)
+    : FFile(AFile), FSql(ASql), FStatement(AFile.TakeStatement(ASql)) {}
 
-TZOSettingsQuery::~TZOSettingsQuery() { sqlite3_finalize(FStatement); }
+TZOSettingsQuery::~TZOSettingsQuery() { FFile.PutStatement(FSql, FStatement); }
 
 TZOSettingsQuery& TZOSettingsQuery::Bind(bool AIsText, const QByteArray& AData) {
     const auto size = static_cast<sqlite3_uint64>(AData.size());

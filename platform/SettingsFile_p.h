@@ -2,9 +2,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 
 #include <memory>
+
+#include <sys/stat.h>
+#include <sys/types.h>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -12,9 +16,13 @@ struct sqlite3_stmt;
 /// One connection to the settings file.
 class TZOSettingsFile {
 public:
-    /// Opens AFileName; sets a damaged file aside first. Returns null when there is no file (any more) and
-    /// ACreate is not set. Raises ERegistryException when the file cannot be used.
+    /// Opens AFileName, with the connection that was kept if there is one; sets a damaged file aside first.
+    /// Returns null when there is no file (any more) and ACreate is not set. Raises ERegistryException when
+    /// the file cannot be used.
     static std::unique_ptr<TZOSettingsFile> Open(const QString& AFileName, bool ACreate);
+    /// Gives up AFile's transaction, if there is one, and keeps the connection for the next Open() of this
+    /// thread, unless something has failed on it. One is kept; it holds no lock.
+    static void Keep(std::unique_ptr<TZOSettingsFile> AFile);
     ~TZOSettingsFile();
     TZOSettingsFile(const TZOSettingsFile&) = delete;
     TZOSettingsFile& operator=(const TZOSettingsFile&) = delete;
@@ -34,21 +42,32 @@ private:
     enum TVerdict { veUsable, veDamaged };
 
     explicit TZOSettingsFile(const QString& AFileName);
+    static std::unique_ptr<TZOSettingsFile> TakeKept(const QString& AFileName);
+    bool CanBeKept();
+    bool IsUntouched() const;
     TVerdict Judge(QString& AReason);
     TVerdict JudgeFormat(QString& AReason);
+    void ReadFormat();
     qint64 Number(const char* ASql);
     void RemoveStaleJournal();
     bool SetAside();
-    [[noreturn]] void Fail(int ACode) const;
+    sqlite3_stmt* TakeStatement(const char* ASql);
+    void PutStatement(const char* ASql, sqlite3_stmt* AStatement) noexcept;
+    [[noreturn]] void Fail(int ACode);
 
     QString FFileName;
     sqlite3* FHandle = nullptr;
+    QHash<QByteArray, sqlite3_stmt*> FStatements; ///< those that no query uses just now
+    struct stat FLeft = {};                       ///< the file as it was when the connection was kept
+    pid_t FProcess = 0;
     bool FHasTables = false;
+    bool FHasFailed = false;
 };
 
 /// One prepared statement. Parameters count from 1, columns from 0.
 class TZOSettingsQuery {
 public:
+    /// ASql is a literal: the connection keeps the statement under it.
     TZOSettingsQuery(TZOSettingsFile& AFile, const char* ASql);
     ~TZOSettingsQuery();
     TZOSettingsQuery(const TZOSettingsQuery&) = delete;
@@ -68,6 +87,7 @@ public:
 
 private:
     TZOSettingsFile& FFile;
+    const char* FSql;
     sqlite3_stmt* FStatement = nullptr;
     int FBound = 0;
 };

@@ -12,6 +12,7 @@
 
 #include <cstdio>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -92,6 +93,16 @@ protected:
         int status = -1;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
         EXPECT_EQ(status, 0);
+    }
+    /// The descriptors of this process that are open on the settings file.
+    QList<int> Descriptors() const {
+        QList<int> numbers;
+        for (const QFileInfo& entry :
+             QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System)) {
+            if (entry.symLinkTarget() == FileName())
+                numbers.append(entry.fileName().toInt());
+        }
+        return numbers;
     }
     QStringList SetAside() const {
         return QDir(Folder()).entryList({QStringLiteral("settings.db.damaged-*")}, QDir::Files);
@@ -317,6 +328,105 @@ TEST_F(Registry, TakesAFileThatAnotherProcessIsJustStartingForItsOwn) {
         EXPECT_EQ(Read(Key + QStringLiteral("\\parent"), QStringLiteral("v")), QStringLiteral("parent"));
     }
     EXPECT_EQ(FReports, QStringList());
+}
+
+TEST_F(Registry, KeepsOneConnectionThatNoStartedProgramInherits) {
+    for (int i = 0; i < 20; ++i) {
+        Write(Key, QStringLiteral("v"), QString::number(i));
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QString::number(i));
+        EXPECT_EQ(Read(QStringLiteral("Missing"), QStringLiteral("v")), QStringLiteral("(no key)"));
+    }
+    const QList<int> descriptors = Descriptors();
+    ASSERT_EQ(descriptors.size(), 1);
+    EXPECT_TRUE(::fcntl(descriptors[0], F_GETFD) & FD_CLOEXEC);
+}
+
+TEST_F(Registry, LocksAndLeavesNothingBetweenItsTransactions) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+    RunSql(QStringLiteral("BEGIN EXCLUSIVE; PRAGMA user_version=1; COMMIT"));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("1"));
+    RunSql(QStringLiteral("BEGIN EXCLUSIVE; PRAGMA user_version=1; COMMIT"));
+    {
+        TRegistry abandoned;
+        abandoned.OpenKey(Key, false);
+        abandoned.WriteString(QStringLiteral("v"), QStringLiteral("2"));
+    }
+    RunSql(QStringLiteral("BEGIN EXCLUSIVE; PRAGMA user_version=1; COMMIT"));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("1"));
+    EXPECT_EQ(QDir(Folder()).entryList(QDir::Files | QDir::Hidden),
+              QStringList(QStringLiteral("settings.db")));
+}
+
+TEST_F(Registry, SeesWhatOthersWroteBetweenItsTransactions) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+    for (const char* text : {"2", "3"}) {
+        RunSql(QStringLiteral("UPDATE vals SET data='%1'").arg(QLatin1String(text)));
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QLatin1String(text));
+    }
+    RunSql(QStringLiteral("UPDATE vals SET data='4'"));
+    Write(Key, QStringLiteral("w"), QStringLiteral("5"));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("4"));
+}
+
+TEST_F(Registry, NoticesThatTheFileWasDeleted) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+    ASSERT_TRUE(QFile::remove(FileName()));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("(no key)"));
+    EXPECT_FALSE(QFileInfo::exists(FileName()));
+    Write(Key, QStringLiteral("w"), QStringLiteral("2"));
+    ASSERT_TRUE(QFile::remove(FileName()));
+    Write(Key, QStringLiteral("w"), QStringLiteral("3"));
+    EXPECT_EQ(Mode(FileName()), 0600);
+    EXPECT_EQ(Read(Key, QStringLiteral("w")), QStringLiteral("3"));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QString());
+    EXPECT_EQ(FReports, QStringList());
+}
+
+TEST_F(Registry, NoticesThatAnotherFileWasPutInItsPlace) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("old"));
+    const QByteArray old = Content(FileName());
+    const QString other = Folder() + QStringLiteral("/other");
+    for (const bool isInPlace : {false, true}) {
+        Write(Key, QStringLiteral("v"), QStringLiteral("new"));
+        QFile file(isInPlace ? FileName() : other);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        ASSERT_EQ(file.write(old), old.size());
+        file.close();
+        const bool isThere = isInPlace || ::rename(QFile::encodeName(other).constData(),
+                                                   QFile::encodeName(FileName()).constData()) == 0;
+        ASSERT_TRUE(isThere);
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("old")) << isInPlace;
+        Write(Key, QStringLiteral("w"), QStringLiteral("1"));
+        RunSql(QStringLiteral("UPDATE vals SET data='theirs' WHERE folded='w' AND data='1'"));
+        EXPECT_EQ(Read(Key, QStringLiteral("w")), QStringLiteral("theirs")) << isInPlace;
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("old")) << isInPlace;
+    }
+    EXPECT_EQ(FReports, QStringList());
+}
+
+TEST_F(Registry, WritesToTheNewFileAfterAnotherProcessSetTheOldOneAside) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+    const QString aside = FileName() + QStringLiteral(".damaged-20260101-000000");
+    ASSERT_TRUE(QFile::rename(FileName(), aside));
+    const QByteArray before = Content(aside);
+    Write(Key, QStringLiteral("w"), QStringLiteral("2"));
+    EXPECT_EQ(Content(aside), before);
+    EXPECT_EQ(Read(Key, QStringLiteral("w")), QStringLiteral("2"));
+    EXPECT_EQ(Read(Key, QStringLiteral("v")), QString());
+}
+
+TEST_F(Registry, OpensTheFileAnewInAForkedProcess) {
+    Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+    BesideAnotherProcess([this, parent = Descriptors()](const QString& AWho) {
+        for (int i = 0; i < 20; ++i)
+            Write(Key, AWho, QString::number(i));
+        const qsizetype added = AWho == QStringLiteral("child") ? 1 : 0;
+        if (Descriptors().size() != parent.size() + added)
+            throw ERegistryException(QStringLiteral("%1 descriptors").arg(Descriptors().size()));
+    });
+    EXPECT_EQ(Read(Key, QStringLiteral("child")), QStringLiteral("19"));
+    EXPECT_EQ(Read(Key, QStringLiteral("parent")), QStringLiteral("19"));
 }
 
 TEST_F(Registry, SaysWhichFileCouldNotBeWrittenAndWhy) {
