@@ -131,10 +131,6 @@ void TZOExecutePage::FormatDownloadResponse() {
     auto* file = download ? qobject_cast<QFile*>(download->GetStream()) : nullptr;
     if (!file)
         return;
-    // What is still buffered may find the disk full.
-    if (!file->flush())
-        throw EZODownloadError(
-            QStringLiteral("Cannot write file \"%1\". %2").arg(file->fileName(), file->errorString()));
     FResponseFilePath = file->fileName();
     FResponseFileSize = static_cast<qint32>(file->size());
 }
