@@ -1,5 +1,6 @@
-#include "benchmarks/NginxServer.h"
 #include "benchmarks/Table.h"
+
+#include "tests/servers/NginxServer.h"
 
 #include "runtime/service/Request.h"
 #include "runtime/service/ServiceBuilder.h"

@@ -1,8 +1,7 @@
 // The real program on a display, driven and watched from outside.
 #include "tests/hosts/OutsideUser.h"
+#include "tests/servers/NginxServer.h"
 #include "tests/servers/RawServer.h"
-
-#include "benchmarks/NginxServer.h"
 
 #include "platform/Registry.h"
 

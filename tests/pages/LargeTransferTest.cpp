@@ -1,7 +1,6 @@
 // A gigabyte each way, from the page to a server that is not ours and back.
 #include "tests/pages/PagesFixture.h"
-
-#include "benchmarks/NginxServer.h"
+#include "tests/servers/NginxServer.h"
 
 #include "jsoneditor/view/RestView.h"
 #include "jsoneditor/view/ViewRowLayout.h"

@@ -1,9 +1,12 @@
-// An nginx of its own for the benchmarks: a small answer, large files, and uploads.
+// An nginx with a small answer, large files, and uploads.
 #pragma once
 
 #include <QByteArray>
-#include <QProcess>
 #include <QTemporaryDir>
+
+#include <memory>
+
+class TServerProcess;
 
 /// Runs from construction to destruction, on a free port of 127.0.0.1.
 class TNginxServer {
@@ -22,6 +25,6 @@ public:
 
 private:
     QTemporaryDir FFolder;
-    QProcess FProcess;
-    quint16 FPort = 0;
+    int FPort;
+    std::unique_ptr<TServerProcess> FProcess;
 };

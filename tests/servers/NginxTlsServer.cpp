@@ -1,31 +1,12 @@
 #include "tests/servers/NginxTlsServer.h"
 
+#include "tests/servers/Nginx.h"
 #include "tests/servers/RawServer.h"
+#include "tests/servers/ServerProcess.h"
 
-#include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 
-#include <csignal>
-#include <stdexcept>
-#include <sys/prctl.h>
-
 namespace {
-
-constexpr int StartMs = 30'000;
-
-constexpr const char* Configuration = R"(daemon off;
-master_process off;
-user root;
-pid FOLDER/nginx.pid;
-error_log FOLDER/error.log;
-events { worker_connections 64; }
-http {
-    access_log off;
-    client_body_temp_path FOLDER/body; proxy_temp_path FOLDER/proxy;
-    fastcgi_temp_path FOLDER/fastcgi; uwsgi_temp_path FOLDER/uwsgi; scgi_temp_path FOLDER/scgi;
-SITES}
-)";
 
 constexpr const char* SiteText = R"(    server {
         listen 127.0.0.1:PORT ssl;
@@ -50,23 +31,10 @@ TNginxTlsServer::TNginxTlsServer() {
     sites += Site(QStringLiteral("tls-1.2"), "good", "ssl_protocols TLSv1.2;");
     sites += Site(QStringLiteral("tls-1.3"), "good", "ssl_protocols TLSv1.3;");
     sites += Site(QStringLiteral("http-2"), "good", {}).replace(" ssl;", " ssl http2;");
-    QFile file(FCa.FilePath(QStringLiteral("nginx.conf")));
-    if (!file.open(QIODevice::WriteOnly))
-        throw std::runtime_error("nginx's configuration cannot be written");
-    file.write(QByteArray(Configuration)
-                   .replace("SITES", sites)
-                   .replace("FOLDER", QFileInfo(FCa.CaFile()).path().toUtf8()));
-    file.close();
-    Start();
+    FProcess = StartNginx(QFileInfo(FCa.CaFile()).path(), sites, FPorts.values());
 }
 
-TNginxTlsServer::~TNginxTlsServer() {
-    FProcess.terminate();
-    if (!FProcess.waitForFinished(5000)) {
-        FProcess.kill();
-        FProcess.waitForFinished();
-    }
-}
+TNginxTlsServer::~TNginxTlsServer() = default;
 
 QString TNginxTlsServer::Place(const QString& ASite) const {
     return QStringLiteral("127.0.0.1:%1").arg(Port(ASite));
@@ -79,20 +47,4 @@ QByteArray TNginxTlsServer::Site(const QString& AName, const QByteArray& ACertif
         .replace("PORT", QByteArray::number(Port(AName)))
         .replace("CERTIFICATE", ACertificate)
         .replace("OPTIONS", AOptions);
-}
-
-void TNginxTlsServer::Start() {
-    FProcess.setProcessChannelMode(QProcess::MergedChannels);
-    FProcess.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    FProcess.start(QStringLiteral("/usr/sbin/nginx"),
-                   {QStringLiteral("-c"), FCa.FilePath(QStringLiteral("nginx.conf")), QStringLiteral("-e"),
-                    FCa.FilePath(QStringLiteral("error.log"))});
-    QElapsedTimer timer;
-    timer.start();
-    for (const int port : FPorts) {
-        while (!IsListening(port)) {
-            if (FProcess.waitForFinished(20) || timer.elapsed() > StartMs)
-                throw std::runtime_error("nginx does not answer: " + FProcess.readAll().toStdString());
-        }
-    }
 }

@@ -4,7 +4,10 @@
 #include "tests/servers/PrivateCa.h"
 
 #include <QMap>
-#include <QProcess>
+
+#include <memory>
+
+class TServerProcess;
 
 /// Runs from construction to destruction, on a free port of 127.0.0.1 for each of its sites: "good",
 /// "expired", "other-name" (a certificate for elsewhere.test), "tls-1.1", "tls-1.2" and "tls-1.3" (that
@@ -24,9 +27,8 @@ public:
 
 private:
     QByteArray Site(const QString& AName, const QByteArray& ACertificate, const QByteArray& AOptions);
-    void Start();
 
     TPrivateCa FCa;
     QMap<QString, int> FPorts;
-    QProcess FProcess;
+    std::unique_ptr<TServerProcess> FProcess;
 };

@@ -1,5 +1,7 @@
 #include "tests/servers/ServerProcess.h"
 
+#include "tests/servers/RawServer.h"
+
 #include <QElapsedTimer>
 
 #include <csignal>
@@ -10,6 +12,7 @@ namespace {
 
 constexpr int StartMs = 60'000;
 constexpr int StopMs = 10'000;
+constexpr int PollMs = 20;
 
 } // namespace
 
@@ -40,6 +43,22 @@ QString TServerProcess::WaitFor(const QRegularExpression& APattern) {
             return match.captured(1);
         const auto left = StartMs - static_cast<int>(timer.elapsed());
         if (left <= 0 || FProcess.state() == QProcess::NotRunning || !FProcess.waitForReadyRead(left))
-            throw std::runtime_error(FProcess.program().toStdString() + ": " + FOutput.toStdString());
+            Fail();
     }
+}
+
+void TServerProcess::WaitForPorts(const QList<int>& APorts) {
+    QElapsedTimer timer;
+    timer.start();
+    for (const int port : APorts) {
+        while (!IsListening(port)) {
+            if (FProcess.waitForFinished(PollMs) || timer.elapsed() > StartMs)
+                Fail();
+        }
+    }
+}
+
+void TServerProcess::Fail() {
+    FOutput += FProcess.readAll();
+    throw std::runtime_error(FProcess.program().toStdString() + ": " + FOutput.toStdString());
 }
