@@ -12,6 +12,7 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <memory>
 #include <vector>
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int WheelSteps = 200;
 constexpr int SelectSteps = 1000;
+constexpr int KeyRounds = 20;
 /// Beside every window: what stands under the pointer gets something of its own to do.
 constexpr QPoint PointerAside(2000, 2000);
 constexpr int JumpCount = 21;
@@ -64,12 +66,18 @@ void MeasureEditing(TZORestView& AView, TNumbers& ANumbers) {
     const int middle = AView.GetRowCount() / 2;
     AView.SelectRow(AView.RowAt(middle), seLastChunk);
     Flush();
-    ANumbers.Keystroke = Median(101, [&](int i) {
-        if (i % 2)
-            Key(AView.Editor(), Qt::Key_Backspace);
-        else
-            Key(AView.Editor(), Qt::Key_X, QStringLiteral("x"));
-    });
+    // A hundred keys are over in ten milliseconds: the machine may have had something else to do meanwhile.
+    ANumbers.Keystroke = std::numeric_limits<double>::max();
+    for (int round = 0; round < KeyRounds; ++round) {
+        const double median = Median(100, [&](int i) {
+            if (i % 2 == 0)
+                Key(AView.Editor(), Qt::Key_X, QStringLiteral("x"));
+            else
+                Key(AView.Editor(), Qt::Key_Backspace);
+        });
+        ANumbers.Keystroke = std::min(ANumbers.Keystroke, median);
+    }
+    Key(AView.Editor(), Qt::Key_X, QStringLiteral("x"));
     Expect(AView.Editor()->text() == QStringLiteral("x"), "the text typed is another");
     AView.CancelEditing();
     const int first = std::max(0, AView.GetRowCount() / 2 - SelectSteps / 2);

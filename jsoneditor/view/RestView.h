@@ -21,6 +21,7 @@ class TZOAccessibleRows;
 class TZODataSource;
 class TZOExposureWatch;
 class TZOInplaceEditor;
+class TZOPlainTexts;
 class TZORowIndex;
 class TZOShapedTexts;
 struct TZOMarks;
@@ -241,6 +242,8 @@ private:
     int WantedAutoHeight() const;
 
     // Painting
+    QColor RowColor(const TZOViewRow* ARow) const;
+    void AddTexts(const TZOViewRowLayout& ALayout, TZOPlainTexts& ATexts) const;
     void DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout);
     void ActiveStateChanged();
     void UpdateEditorsColor();

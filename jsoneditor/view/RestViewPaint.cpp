@@ -2,6 +2,7 @@
 #include "jsoneditor/view/ChunkText_p.h"
 #include "jsoneditor/view/InplaceEditor.h"
 #include "jsoneditor/view/Marks_p.h"
+#include "jsoneditor/view/PlainFont_p.h"
 #include "jsoneditor/view/RestView.h"
 #include "jsoneditor/view/ShapedText_p.h"
 
@@ -36,6 +37,11 @@ QString VisiblePart(const QString& AText, int AWidth) {
     return AText.left(size);
 }
 
+/// Whether the chunk shows a plain text, and has room for all of it.
+bool FillsItsWidth(const TZORowChunk& AChunk) {
+    return AChunk.PlainFont() && AChunk.PlainFont()->Width(AChunk.Text()) <= AChunk.Bounds().width();
+}
+
 /// Paints into the chunk's bounds, cut with an ellipsis where it does not fit, in the painter's font.
 void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& AColor, int ARowWidth,
                int AAscent, const TZOMarks& AMarks) {
@@ -45,6 +51,14 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
     // On the font's own base line: another font that stands in for missing characters may be higher.
     const QPoint baseLine(bounds.left(), bounds.top() + AAscent);
     APainter.setPen(AColor);
+    if (FillsItsWidth(AChunk)) {
+        if (!AMarks.Text.isEmpty())
+            AMarks.Draw(APainter, AChunk, AChunk.Text(), ARowWidth);
+        TZOPlainTexts texts;
+        texts.Add(*AChunk.PlainFont(), AChunk.Text(), AColor, baseLine, ARowWidth);
+        texts.Draw(APainter);
+        return;
+    }
     if (AChunk.Shaped() && AChunk.Shaped()->Width() <= bounds.width()) {
         if (!AMarks.Text.isEmpty())
             AMarks.Draw(APainter, AChunk, ChunkDisplayText(AChunk.Text()), ARowWidth);
@@ -59,6 +73,58 @@ void DrawChunk(QPainter& APainter, const TZORowChunk& AChunk, const QColor& ACol
     AMarks.Draw(APainter, AChunk, text, ARowWidth);
     APainter.drawText(baseLine, text);
 }
+
+/// Whether what begins at a whole pixel begins at one on the device too.
+bool KeepsPixels(const QTransform& AToDevice) {
+    const auto isWhole = [](qreal AValue) { return AValue == std::floor(AValue); };
+    return AToDevice.type() <= QTransform::TxScale && AToDevice.m11() == AToDevice.m22() &&
+           AToDevice.m11() > 0 && isWhole(AToDevice.m11()) && isWhole(AToDevice.dx()) &&
+           isWhole(AToDevice.dy());
+}
+
+/// Whether painting the row reaches no other one: it needs no picture of its own then.
+bool IsPlain(const TZOViewRowLayout& ALayout, int AAscent) {
+    const QSize row = ALayout.Bounds().size();
+    for (int i = 0; i < ALayout.GetChunkCount(); ++i) {
+        const TZORowChunk& chunk = *ALayout.GetChunks(i);
+        const QRect& bounds = chunk.Bounds();
+        if (!FillsItsWidth(chunk) || bounds.right() + TextOverhang > row.width())
+            return false;
+        const int baseLine = bounds.top() + AAscent;
+        if (baseLine < chunk.PlainFont()->InkAbove() ||
+            baseLine + chunk.PlainFont()->InkBelow() > row.height())
+            return false;
+    }
+    return true;
+}
+
+/// The ground of rows: those of one colour that stand together are filled at once.
+class TGround {
+public:
+    TGround(QPainter& APainter, const QRegion& ARegion) : FPainter(APainter), FRest(ARegion) {}
+
+    /// A row that paints its ground itself has no colour.
+    void Add(const QRect& ARow, const QColor& AColor) {
+        if (AColor == FColor && ARow.top() == FRun.bottom() + 1 && ARow.left() == FRun.left() &&
+            ARow.right() == FRun.right()) {
+            FRun.setBottom(ARow.bottom());
+            return;
+        }
+        if (FColor.isValid())
+            FPainter.fillRect(FRun, FColor);
+        FRest -= FRun;
+        FRun = ARow;
+        FColor = AColor;
+    }
+    /// What no row covered that was added before the last one.
+    const QRegion& Rest() const { return FRest; }
+
+private:
+    QPainter& FPainter;
+    QRegion FRest;
+    QRect FRun;
+    QColor FColor;
+};
 
 } // namespace
 
@@ -127,23 +193,45 @@ QColor TZORestView::GetChunkTextColor(const TZORowChunk* AChunk) const {
 
 void TZORestView::paintEvent(QPaintEvent* AEvent) {
     QPainter painter(this);
-    QRegion rest = AEvent->region();
-    FUncovered -= rest;
+    const QRegion region = AEvent->region();
+    FUncovered -= region;
+    const bool isExact = KeepsPixels(painter.deviceTransform()) && FMarkText.isEmpty();
+    TZOPlainTexts texts;
+    TGround ground(painter, region);
     for (const TZOViewRowLayout* layout = FLayouts.GetFirst(); layout; layout = layout->Next()) {
-        if (!layout->Row() || !rest.intersects(layout->Bounds()))
+        if (!layout->Row() || layout->Bounds().isEmpty() || !region.intersects(layout->Bounds()))
             continue;
-        DrawRow(painter, layout);
-        rest -= layout->Bounds();
+        const bool isPlain = isExact && IsPlain(*layout, fontMetrics().ascent());
+        ground.Add(layout->Bounds(), isPlain ? RowColor(layout->Row()) : QColor());
+        if (isPlain)
+            AddTexts(*layout, texts);
+        else
+            DrawRow(painter, layout);
     }
-    for (const QRect& rect : rest)
+    ground.Add({}, {});
+    for (const QRect& rect : ground.Rest())
         painter.fillRect(rect, Color());
+    texts.Draw(painter);
+}
+
+QColor TZORestView::RowColor(const TZOViewRow* ARow) const {
+    return FActive && ARow == FSelected ? SelectedColor() : Color();
+}
+
+void TZORestView::AddTexts(const TZOViewRowLayout& ALayout, TZOPlainTexts& ATexts) const {
+    const QRect& row = ALayout.Bounds();
+    const int ascent = fontMetrics().ascent();
+    for (int i = 0; i < ALayout.GetChunkCount(); ++i) {
+        const TZORowChunk* chunk = ALayout.GetChunks(i);
+        if (const QColor color = GetChunkTextColor(chunk); color.isValid())
+            ATexts.Add(*chunk->PlainFont(), chunk->Text(), color,
+                       row.topLeft() + chunk->Bounds().topLeft() + QPoint(0, ascent), row.right() + 1);
+    }
 }
 
 void TZORestView::DrawRow(QPainter& APainter, const TZOViewRowLayout* ALayout) {
     const QRect& row = ALayout->Bounds();
-    if (row.isEmpty())
-        return;
-    const QColor background = FActive && ALayout->Row() == FSelected ? SelectedColor() : Color();
+    const QColor background = RowColor(ALayout->Row());
     // Beyond the last chunk there is nothing that could flicker.
     QRect bounds = row;
     if (const int count = ALayout->GetChunkCount())

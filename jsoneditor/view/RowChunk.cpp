@@ -15,4 +15,5 @@ const QRect& TZORowChunk::Bounds() const {
 void TZORowChunk::SetText(const QString& AText) {
     FText = AText;
     FShaped.reset();
+    FPlainFont.reset();
 }

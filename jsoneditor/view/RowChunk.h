@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class TZOPlainFont;
 class TZOShapedText;
 class TZOViewRowLayout;
 
@@ -37,6 +38,9 @@ public:
     /// and after the text was changed.
     const TZOShapedText* Shaped() const { return FShaped.get(); }
     void SetShaped(std::shared_ptr<const TZOShapedText> AShaped) { FShaped = std::move(AShaped); }
+    /// Set instead, for a text that is painted without being shaped.
+    const TZOPlainFont* PlainFont() const { return FPlainFont.get(); }
+    void SetPlainFont(std::shared_ptr<const TZOPlainFont> AFont) { FPlainFont = std::move(AFont); }
 
 private:
     friend class TZOViewRowLayout;
@@ -48,4 +52,5 @@ private:
     QString FText;
     TZOChunkToken FTextToken = ctNormal;
     std::shared_ptr<const TZOShapedText> FShaped;
+    std::shared_ptr<const TZOPlainFont> FPlainFont;
 };

@@ -1,6 +1,7 @@
 #include "jsoneditor/view/RowMeasure_p.h"
 
 #include "jsoneditor/view/ChunkText_p.h"
+#include "jsoneditor/view/PlainFont_p.h"
 #include "jsoneditor/view/ShapedTexts_p.h"
 #include "jsoneditor/view/ViewRow.h"
 #include "jsoneditor/view/ViewRowLayout.h"
@@ -18,6 +19,10 @@ constexpr int ChunkGap = 2;
 constexpr qsizetype MaxShapedLength = 1000;
 
 int TextWidth(TZORowChunk& AChunk, TZOShapedTexts& ATexts, const QFontMetrics& AMetrics) {
+    if (const auto& font = ATexts.PlainFont(); font && TZOPlainFont::Holds(AChunk.Text())) {
+        AChunk.SetPlainFont(font);
+        return font->Width(AChunk.Text());
+    }
     const QString text = ChunkDisplayText(AChunk.Text());
     if (text.size() > MaxShapedLength)
         return AMetrics.horizontalAdvance(text);

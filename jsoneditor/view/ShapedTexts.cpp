@@ -11,10 +11,12 @@ constexpr qsizetype MaxLength = 64;
 } // namespace
 
 void TZOShapedTexts::UseFont(const QFont& AFont) {
-    if (FFont == AFont)
+    if (FKnowsFont && FFont == AFont)
         return;
     Clear();
     FFont = AFont;
+    FPlainFont = TZOPlainFont::Of(AFont);
+    FKnowsFont = true;
 }
 
 std::shared_ptr<const TZOShapedText> TZOShapedTexts::Get(const QString& AText) {
@@ -36,4 +38,5 @@ std::shared_ptr<const TZOShapedText> TZOShapedTexts::Get(const QString& AText) {
 void TZOShapedTexts::Clear() {
     FRecent.clear();
     FEarlier.clear();
+    FKnowsFont = false;
 }

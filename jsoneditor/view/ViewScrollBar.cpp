@@ -15,26 +15,37 @@ constexpr int Shadow = 4;
 TZOViewScrollBar::TZOViewScrollBar(QWidget* AParent) : QScrollBar(Qt::Vertical, AParent) {}
 
 void TZOViewScrollBar::sliderChange(SliderChange AChange) {
-    const int old = std::exchange(FShownValue, value());
+    const TPlace now{minimum(), maximum(), pageStep(), value()};
+    const TPlace old = std::exchange(FShown, now);
     // A style sheet may paint the two sides of the slider apart.
-    if (AChange != SliderValueChange || style()->inherits("QStyleSheetStyle"))
+    if (AChange == SliderOrientationChange || old.IsEverything() != now.IsEverything() ||
+        style()->inherits("QStyleSheetStyle")) {
         QScrollBar::sliderChange(AChange);
-    else if (isVisible())
-        update(PartsAt(old) + PartsAt(FShownValue));
+        return;
+    }
+    if (!isVisible())
+        return;
+    const QRegion was = PartsAt(old), is = PartsAt(now);
+    // Among millions of rows, one more or less does not move the slider by a pixel.
+    if (was != is)
+        update(was + is);
 }
 
-QRegion TZOViewScrollBar::PartsAt(int AValue) const {
+QRegion TZOViewScrollBar::PartsAt(const TPlace& APlace) const {
     QStyleOptionSlider option;
     initStyleOption(&option);
-    option.sliderValue = option.sliderPosition = AValue;
+    option.minimum = APlace.Minimum;
+    option.maximum = APlace.Maximum;
+    option.pageStep = APlace.Page;
+    option.sliderValue = option.sliderPosition = APlace.Value;
     const auto part = [&](QStyle::SubControl AControl) {
         const QRect place = style()->subControlRect(QStyle::CC_ScrollBar, &option, AControl, this);
         return QRegion(0, place.top() - Shadow, width(), place.height() + 2 * Shadow);
     };
     QRegion parts = part(QStyle::SC_ScrollBarSlider);
-    if (AValue == minimum())
+    if (APlace.Value <= APlace.Minimum)
         parts += part(QStyle::SC_ScrollBarSubLine);
-    if (AValue == maximum())
+    if (APlace.Value >= APlace.Maximum)
         parts += part(QStyle::SC_ScrollBarAddLine);
     return parts;
 }

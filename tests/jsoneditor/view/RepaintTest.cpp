@@ -148,6 +148,20 @@ TEST_F(Repaint, ShowsOfTheScrollBarWhatHasMoved) {
     ExpectAsPaintedAnew();
 }
 
+TEST(RepaintOfTheScrollBar, WaitsUntilItsSliderMoves) {
+    TTextView text(NumberedRows(20000));
+    QCoreApplication::processEvents();
+    TPaintWatch watch(text.View.findChild<QScrollBar*>());
+    text.Source.InsertAfter(text.Row(0), TTextSource::MakeRow(QStringLiteral("new")));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(watch.Painted, QRegion());
+    while (text.View.GetRowCount() > 14)
+        text.Source.Remove(text.View.GetLast());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(watch.Painted.isEmpty());
+    EXPECT_EQ(Plain(text.Host.screen()->grabWindow(text.Host.winId())), Plain(text.Host.grab()));
+}
+
 TEST_F(Repaint, ShowsTheWholeScrollBarWhereAStyleSheetPaintsIt) {
     Bar()->setStyleSheet(QStringLiteral("QScrollBar::add-page { background: red } "
                                         "QScrollBar::sub-page { background: green } "

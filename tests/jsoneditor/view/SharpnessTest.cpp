@@ -69,6 +69,16 @@ TEST_P(Density, PaintsAsSharpAsTextThatGoesToTheScreenDirectly) {
               direct.copy(0, 0, painted.width(), int(device(4 * text.View.RowHeight()))));
 }
 
+TEST_P(Density, PaintsARowStraightAsByWayOfItsPicture) {
+    TTextView text(
+        QStringLiteral("[name] : [value]\n> [selected] Wj_|@\n  [a\u00E4] plain\n[\U0001F600] x\n\n[") +
+        QString(300, u'w') + QStringLiteral("] end\n"));
+    const QImage straight = Painted(text.View, GetParam());
+    // Under marks, all rows are painted by way of a picture.
+    text.View.SetMarks(QStringLiteral("nowhere"), nullptr);
+    EXPECT_EQ(straight, Painted(text.View, GetParam()));
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, Density, testing::Values(1.0, 1.25, 1.5, 1.75, 2.0, 3.0));
 
 TEST(Sharpness, PaintsWithinTheMeasuredWidthWhateverTheScript) {
