@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr int UsualWidth = 520;
+// As wide as the bar with the names of three pages.
+constexpr int UsualWidth = 560;
 
 } // namespace
 
