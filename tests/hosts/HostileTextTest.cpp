@@ -25,6 +25,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <QToolTip>
@@ -105,11 +106,13 @@ void CheckSpeech(QAccessibleInterface* AInterface) {
 /// Looks through a window; returns what it paints.
 QString Check(QWidget* AWindow) {
     CheckWidget(AWindow);
-    for (QWidget* widget : AWindow->findChildren<QWidget*>()) {
-        if (!widget->isVisible())
+    // The tool tip of one widget, a child of the window, ends with the next one's.
+    const QWidgetList children = AWindow->findChildren<QWidget*>();
+    for (const QPointer<QWidget>& widget : QList<QPointer<QWidget>>(children.begin(), children.end())) {
+        if (!widget || !widget->isVisible())
             continue;
         CheckWidget(widget);
-        if (const auto* view = qobject_cast<const QAbstractItemView*>(widget))
+        if (const auto* view = qobject_cast<const QAbstractItemView*>(widget.data()))
             CheckItems(view);
     }
     CheckSpeech(QAccessible::queryAccessibleInterface(AWindow));
