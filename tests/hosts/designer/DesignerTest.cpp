@@ -58,9 +58,11 @@ protected:
     QStringList Command() const {
         QStringList command = {QStringLiteral("timeout"), QStringLiteral("100")};
 #ifdef ZO_SANITIZER
-        // Leaks would be the editor's own, too.
+        // Leaks would be the editor's own, too; and the preloaded runtime makes the software renderer of
+        // OpenGL leave a lock behind that a library of a plug-in waits for.
         command << QStringLiteral("env") << QStringLiteral("LD_PRELOAD=" ZO_SANITIZER)
-                << QStringLiteral("ASAN_OPTIONS=detect_leaks=0");
+                << QStringLiteral("ASAN_OPTIONS=detect_leaks=0")
+                << QStringLiteral("QT_XCB_GL_INTEGRATION=none");
 #endif
         return command << QStringLiteral(ZO_DESIGNER) << FormFile();
     }
