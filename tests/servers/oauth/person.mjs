@@ -7,7 +7,9 @@ const forms = { login: { prompt: "login", login: "somebody", password: "anything
 async function visit(url, options = {}) {
     const headers = { cookie: [...cookies].map(([name, value]) => `${name}=${value}`).join("; "), ...options.headers };
     const response = await fetch(url, { ...options, headers, redirect: "manual" });
-    for (const cookie of response.headers.getSetCookie()) {
+    // Node 18 has them in one line only; the comma of a date has no name behind it.
+    const lines = response.headers.get("set-cookie")?.split(/, (?=[^;, ]+=)/) ?? [];
+    for (const cookie of lines) {
         const [, name, value] = /^([^=]+)=([^;]*)/.exec(cookie);
         if (value === "") cookies.delete(name);
         else cookies.set(name, value);
