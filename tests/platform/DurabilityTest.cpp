@@ -5,10 +5,12 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <functional>
@@ -181,12 +183,14 @@ TEST_F(Durability, NoAcknowledgedWriteIsLostHoweverOftenTheWritersAreKilled) {
 
 TEST_F(Durability, AFullDiskLeavesTheOldContentAndWorksAgainWhenThereIsRoom) {
     InAnotherProcess([this] {
-        // A mount of our own, seen by this process only; who is not root gets it with a user namespace.
+        // A mount of our own, seen by this process only; who is not root gets it with a user namespace. The
+        // root of a chroot may be a plain folder, whose mount cannot be reached to make it private.
+        const QByteArray folder = QFile::encodeName(FFolder.path());
         if (::unshare(::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0 ||
-            ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", QFile::encodeName(FFolder.path()).constData(), "tmpfs", 0,
-                    "size=1m,mode=0700") != 0)
+            (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 && errno != EINVAL) ||
+            ::mount("tmpfs", folder.constData(), "tmpfs", 0, "size=1m,mode=0700") != 0)
             return QStringLiteral("there is no small disk to be had");
+        const auto unmount = qScopeGuard([&] { ::umount2(folder.constData(), MNT_DETACH); });
         Write(QStringLiteral("old"), QStringLiteral("kept"));
         QFile filler(FFolder.filePath(QStringLiteral("filler")));
         if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
