@@ -56,9 +56,8 @@ bool TZODataSource::WantsKey(int AKey, Qt::KeyboardModifiers AShift) const {
            (AKey == Qt::Key_Delete && AShift.testFlag(Qt::ControlModifier));
 }
 
-void TZODataSource::CheckView() const {
-    if (!FView)
-        throw EZORestView(QStringLiteral("DataSource is not connected to view."));
+void TZODataSource::RaiseNoView() {
+    throw EZORestView(QStringLiteral("DataSource is not connected to view."));
 }
 
 void TZODataSource::BeginUpdate() {

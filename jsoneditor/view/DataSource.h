@@ -78,9 +78,13 @@ public:
 
 protected:
     /// Raises EZORestView while the source is connected to no view.
-    void CheckView() const;
+    void CheckView() const {
+        if (!FView)
+            RaiseNoView();
+    }
 
 private:
     friend class TZORestView;
+    [[noreturn]] static void RaiseNoView();
     TZORestView* FView = nullptr;
 };

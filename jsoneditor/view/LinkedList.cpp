@@ -14,27 +14,14 @@ TZOLinkedList::~TZOLinkedList() {
     DoClear();
 }
 
-void TZOLinkedList::Changed() {
-    if (FOnChange)
-        FOnChange();
-}
-
-void TZOLinkedList::DoAdd(PHeader AHeader, PHeader APrev, PHeader ANext) {
-    TItem* item = ItemOf(AHeader);
+void TZOLinkedList::TakeOver(PHeader AHeader, PHeader APrev, PHeader ANext) {
     // An element that is itself one of the two neighbours leaves a gap there: its own neighbour closes it.
     if (APrev == AHeader)
         APrev = AHeader->Prev;
     if (ANext == AHeader)
         ANext = AHeader->Next;
-    if (TZOLinkedList* holder = item->FList)
-        holder->DoRemove(AHeader, AHeader->Prev, AHeader->Next);
-    ANext->Prev = AHeader;
-    APrev->Next = AHeader;
-    AHeader->Next = ANext;
-    AHeader->Prev = APrev;
-    item->FList = this;
-    ++FCount;
-    Changed();
+    ItemOf(AHeader)->FList->DoRemove(AHeader, AHeader->Prev, AHeader->Next);
+    Link(AHeader, APrev, ANext);
 }
 
 void TZOLinkedList::DoRemove(PHeader AHeader, PHeader APrev, PHeader ANext) {

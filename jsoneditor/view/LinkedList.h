@@ -55,9 +55,17 @@ public:
 
 protected:
     /// Runs after every structural change; calls the closure if there is one.
-    virtual void Changed();
+    virtual void Changed() {
+        if (FOnChange)
+            FOnChange();
+    }
 
-    void DoAdd(PHeader AHeader, PHeader APrev, PHeader ANext);
+    void DoAdd(PHeader AHeader, PHeader APrev, PHeader ANext) {
+        if (ItemOf(AHeader)->FList)
+            TakeOver(AHeader, APrev, ANext);
+        else
+            Link(AHeader, APrev, ANext);
+    }
     void DoRemove(PHeader AHeader, PHeader APrev, PHeader ANext);
     void DoClear();
     /// The run must end after its start in this list and must not contain the anchor: neither is checked.
@@ -74,6 +82,9 @@ protected:
     THeader FLast;
 
 private:
+    /// As DoAdd, for an element that a list holds, perhaps this one.
+    void TakeOver(PHeader AHeader, PHeader APrev, PHeader ANext);
+    void Link(PHeader AHeader, PHeader APrev, PHeader ANext);
     void Unlink(PHeader AFirst, PHeader ALast);
 
     int FCount = 0;
@@ -84,6 +95,16 @@ inline TZOLinkedList::TItem* TZOLinkedList::ItemOf(PHeader AHeader) {
     if (!AHeader)
         return nullptr;
     return reinterpret_cast<TItem*>(reinterpret_cast<char*>(AHeader) - offsetof(TItem, FHeader));
+}
+
+inline void TZOLinkedList::Link(PHeader AHeader, PHeader APrev, PHeader ANext) {
+    ANext->Prev = AHeader;
+    APrev->Next = AHeader;
+    AHeader->Next = ANext;
+    AHeader->Prev = APrev;
+    ItemOf(AHeader)->FList = this;
+    ++FCount;
+    Changed();
 }
 
 inline TZOLinkedList::TItem* TZOLinkedList::TItem::DoNext() const {

@@ -92,13 +92,6 @@ void TZORestView::UpdateView() {
     RequestUpdate();
 }
 
-void TZORestView::RequestUpdate() {
-    if (FUpdateCount >= 1)
-        FNeedUpdate = true;
-    else if (HandleExists())
-        RunUpdate();
-}
-
 void TZORestView::RunPutOffUpdate() {
     FNeedUpdate = false;
     RequestUpdate();
@@ -122,11 +115,6 @@ void TZORestView::RunUpdate() {
     FAccessible->Updated();
     if (std::exchange(FToldRevision, FRevision) != FRevision)
         Q_EMIT RowsChanged();
-}
-
-void TZORestView::RowsTouched() {
-    ++FRevision;
-    RequestUpdate();
 }
 
 void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {

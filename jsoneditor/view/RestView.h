@@ -214,6 +214,7 @@ private:
 
     // Rows
     void AppendRow(TZOViewRow* ARow);
+    /// At the end where there is no anchor.
     void PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter);
     void TakeFromItsPlace(TZOViewRow* ARow);
     void MoveRows(TZOViewRow* AAnchor, TZOViewRow* AStart, TZOViewRow* AEnd, bool AAfter);
@@ -221,9 +222,17 @@ private:
 
     // Layout
     bool HandleExists() const { return testAttribute(Qt::WA_WState_Created); }
-    void RequestUpdate();
+    void RequestUpdate() {
+        if (FUpdateCount >= 1)
+            FNeedUpdate = true;
+        else if (HandleExists())
+            RunUpdate();
+    }
     void RunPutOffUpdate();
-    void RowsTouched();
+    void RowsTouched() {
+        ++FRevision;
+        RequestUpdate();
+    }
     void RunUpdate();
     void PrepareUpdate();
     void LayoutRows();

@@ -81,19 +81,20 @@ void TZORestView::TakeFromItsPlace(TZOViewRow* ARow) {
 }
 
 void TZORestView::AppendRow(TZOViewRow* ARow) {
-    if (ARow->List())
-        TakeFromItsPlace(ARow);
-    DoBeginUpdate();
+    if (ARow->List() || !FIndex->HasRoomAtEnd())
+        return PlaceRow(ARow, nullptr, true);
+    // Counted first, as the list updates the view at once while no bracket is open.
+    FIndex->Appending(ARow);
     FRows.Add(ARow);
-    FIndex->Appended(ARow);
-    DoEndUpdate();
 }
 
 void TZORestView::PlaceRow(TZOViewRow* ARow, TZOViewRow* AAnchor, bool AAfter) {
     if (ARow->List())
         TakeFromItsPlace(ARow);
     DoBeginUpdate();
-    if (AAfter)
+    if (!AAnchor)
+        FRows.Add(ARow);
+    else if (AAfter)
         FRows.InsertAfter(AAnchor, ARow);
     else
         FRows.InsertBefore(AAnchor, ARow);

@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 
 class TZOPlainFont;
@@ -18,6 +19,9 @@ class TZORowChunk {
 public:
     explicit TZORowChunk(int AId);
     ~TZORowChunk();
+
+    static void* operator new(std::size_t ASize);
+    static void operator delete(void* AChunk, std::size_t ASize) noexcept;
 
     /// The data source's column number: the same in every row for the same kind of field. Not necessarily
     /// unique in a row; look-ups then find the first.

@@ -33,11 +33,13 @@ public:
     /// Null outside 0 .. GetCount() - 1.
     TZOViewRow* At(int AIndex) const;
 
-    /// As Inserted, for a row that is the last one.
-    void Appended(TZOViewRow* ARow) {
-        TZORowBlock* last = FBlocks.empty() ? nullptr : FBlocks.back().get();
-        if (!last || last->Count >= MaxBlock)
-            return Inserted(ARow);
+    /// Whether the last block takes another row.
+    bool HasRoomAtEnd() const {
+        return !FBlocks.empty() && FBlocks.back() && FBlocks.back()->Count < MaxBlock;
+    }
+    /// ARow, which is in no list, is about to be linked in behind the last one, where there is room.
+    void Appending(TZOViewRow* ARow) {
+        TZORowBlock* last = FBlocks.back().get();
         ARow->FBlock = last;
         FCounts.back() = ++last->Count;
         ++FCount;

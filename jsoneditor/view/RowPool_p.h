@@ -1,4 +1,4 @@
-// Memory for rows, which come and go by the million.
+// Memory for rows and their layouts: rows come and go by the million, layouts with every step of the wheel.
 #pragma once
 
 #include <cstddef>

@@ -5,8 +5,6 @@
 #include "jsoneditor/view/RowIndex_p.h"
 #include "jsoneditor/view/RowPool_p.h"
 
-TZOViewRow::TZOViewRow(int ALevel) : FLevel(ALevel) {}
-
 TZOViewRow::~TZOViewRow() {
     if (TZODataSource* source = Source(); source && source->View())
         source->View()->RowRemoved(this);

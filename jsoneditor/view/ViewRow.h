@@ -16,7 +16,7 @@ struct TZORowBlock;
 class TZOViewRow : public TZOLinkedList::TItem {
 public:
     /// ALevel is the indentation, 0 for the outermost rows.
-    explicit TZOViewRow(int ALevel);
+    explicit TZOViewRow(int ALevel) : FLevel(ALevel) {}
     virtual ~TZOViewRow();
 
     /// Rows have memory of their own, as there may be millions of them.

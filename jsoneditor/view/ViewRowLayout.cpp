@@ -1,6 +1,7 @@
 #include "jsoneditor/view/ViewRowLayout.h"
 
 #include "jsoneditor/view/RestView.h"
+#include "jsoneditor/view/RowPool_p.h"
 #include "jsoneditor/view/ViewRow.h"
 #include "platform/Exceptions.h"
 
@@ -17,6 +18,12 @@ TZOViewRowLayout::TZOViewRowLayout(TZORestView* AView, TZOViewRow* ARow) : FView
 }
 
 TZOViewRowLayout::~TZOViewRowLayout() { FView->LayoutRemoved(this); }
+
+void* TZOViewRowLayout::operator new(std::size_t ASize) { return RowPool::Take(ASize); }
+
+void TZOViewRowLayout::operator delete(void* ALayout, std::size_t ASize) noexcept {
+    RowPool::Give(ALayout, ASize);
+}
 
 TZORowChunk* TZOViewRowLayout::AddChunk(int AId) {
     if (FChunks.empty())

@@ -8,6 +8,7 @@
 #include <QRect>
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
     /// Becomes ARow's layout.
     TZOViewRowLayout(TZORestView* AView, TZOViewRow* ARow);
     ~TZOViewRowLayout();
+
+    static void* operator new(std::size_t ASize);
+    static void operator delete(void* ALayout, std::size_t ASize) noexcept;
 
     TZORestView* View() const { return FView; }
     TZOViewRow* Row() const { return FRow; }

@@ -22,8 +22,13 @@ public:
         TZOViewRow* added = row.get();
         FRows.push_back(std::move(row));
         if (APlace == FModel.size()) {
-            FList.Add(added);
-            FIndex.Appended(added);
+            if (FIndex.HasRoomAtEnd()) {
+                FIndex.Appending(added);
+                FList.Add(added);
+            } else {
+                FList.Add(added);
+                FIndex.Inserted(added);
+            }
         } else {
             FList.InsertBefore(FModel[APlace], added);
             FIndex.Inserted(added);
