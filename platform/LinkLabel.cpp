@@ -1,5 +1,7 @@
 #include "platform/LinkLabel.h"
 
+#include "platform/TipText.h"
+
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QFocusEvent>
@@ -125,9 +127,7 @@ QSize TZOLinkLabel::minimumSizeHint() const {
 
 bool TZOLinkLabel::event(QEvent* AEvent) {
     if (AEvent->type() == QEvent::ToolTip && toolTip().isEmpty() && IsElided()) {
-        // Tool tips guess whether a text is markup; this one never is.
-        const QString plain = QStringLiteral("<span>%1</span>").arg(text().toHtmlEscaped());
-        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), plain, this);
+        QToolTip::showText(static_cast<QHelpEvent*>(AEvent)->globalPos(), TipText(text()), this);
         return true;
     }
     return QLabel::event(AEvent);
