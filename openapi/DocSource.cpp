@@ -31,13 +31,19 @@ QByteArray ReadFile(const QString& APath, QString& AReason) {
         AReason = QStringLiteral("The file cannot be opened: %1.").arg(file.errorString());
         return {};
     }
-    if (file.size() > MaxFileSize) {
+    const qint64 wanted = file.size();
+    if (wanted > MaxFileSize) {
         AReason = QStringLiteral("The file is larger than can be read.");
         return {};
     }
-    QByteArray text(file.size() + DocJson::Padding, Qt::Uninitialized);
-    const qint64 size = file.read(text.data(), file.size());
-    if (size < 0 || (size == 0 && file.isSequential())) {
+    QByteArray text(wanted + DocJson::Padding, Qt::Uninitialized);
+    // What came before the disk failed is returned like a whole file; only the next read tells.
+    qint64 size = 0, count = 0;
+    do {
+        count = file.read(text.data() + size, wanted - size);
+        size += qMax<qint64>(count, 0);
+    } while (count > 0 && size < wanted);
+    if (count < 0 || (size == 0 && file.isSequential())) {
         AReason = QStringLiteral("The file cannot be read: %1.").arg(file.errorString());
         return {};
     }

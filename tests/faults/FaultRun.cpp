@@ -121,7 +121,9 @@ bool RunOnce(const TFaultScript& AScript, const TTurn& ATurn) {
     const QString next = outer.filePath(QStringLiteral("next"));
     EXPECT_TRUE(QDir().rename(outcome.Folder, next));
     outcome.Folder = next;
-    outcome.Failed = QFile::exists(log) ? ReadAll(log).trimmed() : QByteArray();
+    if (QFile::exists(log))
+        outcome.AllFailed = ReadAll(log).trimmed().split('\n');
+    outcome.Failed = outcome.AllFailed.value(0);
     SCOPED_TRACE(ATurn.Text() + ": " + outcome.Failed.toStdString() + "\nexit code " +
                  std::to_string(outcome.ExitCode) + "\n" + outcome.Errors.toStdString() +
                  outcome.Output.toStdString());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +17,8 @@ struct TFaultOutcome {
     QByteArray Errors;
     /// The call that failed and what it was on, as "pwrite64 /tmp/x/settings.db"; empty when none did.
     QByteArray Failed;
+    /// All that failed, Failed first.
+    QByteArrayList AllFailed;
 
     bool IsGood() const { return ExitCode == 0; }
     QString Path(const QString& AName) const { return Folder + u'/' + AName; }

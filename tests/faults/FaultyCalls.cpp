@@ -1,8 +1,8 @@
 // Preloaded into a program: makes one of its calls fail, counted from the start.
 //
 // ZO_FAULT is "KIND N ERRNO", with " on" behind it when all later calls of that kind are to fail, too. What
-// counts are the folder ZO_FAULT_FOLDER and what is below it, standard output and TCP sockets; the first
-// failure is written to ZO_FAULT_LOG. Nothing in here allocates: the callers may be anywhere.
+// counts are the folder ZO_FAULT_FOLDER and what is below it, standard output and TCP sockets; each failure
+// is a line of ZO_FAULT_LOG. Nothing in here allocates: the callers may be anywhere.
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
@@ -38,8 +38,7 @@ public:
         const int turn = ++FCount;
         if (turn < FTurn || (turn > FTurn && !FIsLasting))
             return false;
-        if (turn == FTurn)
-            Log(ACall, AWhat);
+        Log(ACall, AWhat);
         errno = FErrno;
         return true;
     }
@@ -117,6 +116,15 @@ bool FileStrikes(const char* AKind, const char* ASocketKind, const char* ACall, 
     return strikes;
 }
 
+constexpr size_t FirstBytes = 4;
+
+bool IsAtStart(int AFile) {
+    const int before = errno;
+    const bool isAtStart = lseek(AFile, 0, SEEK_CUR) == 0;
+    errno = before;
+    return isAtStart;
+}
+
 bool StreamStrikes(const char* ACall, std::FILE* AStream) {
     if (!AStream || !FileStrikes("write", nullptr, ACall, fileno(AStream)))
         return false;
@@ -181,8 +189,9 @@ ZO_OPENAT(openat64)
 ZO_FOPEN(fopen)
 ZO_FOPEN(fopen64)
 
-ZO_FILE_CALL(ssize_t, "read", "recv", read, (int AFile, void* AData, size_t ASize), (AFile, AData, ASize),
-             ZO_NOTHING)
+// The first bytes of a file come alone, as a disk may hand them out, so that a later call can fail half-way.
+ZO_FILE_CALL(ssize_t, "read", "recv", read, (int AFile, void* AData, size_t ASize),
+             (AFile, AData, ASize > FirstBytes && IsAtStart(AFile) ? FirstBytes : ASize), ZO_NOTHING)
 ZO_FILE_CALL(ssize_t, "read", nullptr, pread, (int AFile, void* AData, size_t ASize, off_t APlace),
              (AFile, AData, ASize, APlace), ZO_NOTHING)
 ZO_FILE_CALL(ssize_t, "read", nullptr, pread64, (int AFile, void* AData, size_t ASize, off64_t APlace),
