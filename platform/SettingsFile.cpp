@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 
@@ -214,9 +215,13 @@ TZOSettingsFile::TZOSettingsFile(const QString& AFileName) : FFileName(AFileName
 }
 
 TZOSettingsFile::~TZOSettingsFile() {
-    // After a fork the connection is the parent's, whose locks SQLite would take for the child's own.
-    if (FProcess != ::getpid())
+    // After a fork the connection is the parent's, whose locks SQLite would take for the child's own. It is
+    // left as it is, where leak checkers still find it.
+    if (FProcess != ::getpid()) {
+        static std::atomic<sqlite3*> left;
+        left = FHandle;
         return;
+    }
     Rollback();
     for (sqlite3_stmt* statement : std::as_const(FStatements))
         sqlite3_finalize(statement);

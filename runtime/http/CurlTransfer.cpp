@@ -172,6 +172,7 @@ TZOHttpResponse TZOCurlTransfer::Run() {
         Fail(code);
     CheckComplete();
     FinishDestination();
+    FinishBody();
     return std::move(FResponse);
 }
 
@@ -347,6 +348,13 @@ bool TZOCurlTransfer::TakeIntoMemory(const char* AData, qint64 ASize) {
                      ParserRoomBytes);
     body.append(AData, ASize);
     return true;
+}
+
+// A parser reads on beside a text, and writes nothing there where it shares the text with others.
+void TZOCurlTransfer::FinishBody() {
+    QByteArray& body = FResponse.Body;
+    if (body.capacity() >= body.size() + ParserRoomBytes)
+        std::fill_n(body.data() + body.size(), ParserRoomBytes, '\0');
 }
 
 void TZOCurlTransfer::WritePending() {

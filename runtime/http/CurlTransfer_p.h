@@ -58,6 +58,7 @@ private:
     void CheckIdle(TClock::time_point& ALast) const;
     [[noreturn]] void Fail(CURLcode ACode);
     void FinishDestination();
+    void FinishBody();
     [[noreturn]] void FailDestination() const;
     void TakeHeaderLine(QByteArrayView ALine);
     void FinishRecord();

@@ -2,7 +2,11 @@
 
 #include "runtime/json/JsonDecoder_p.h"
 
+#include <algorithm>
+
 namespace {
+
+constexpr qsizetype MaxCopiedBytes = 16 * 1024;
 
 /// "line 3, column 14", both from 1, columns in characters.
 QString PlaceText(const QByteArray& AJson, qsizetype AOffset) {
@@ -24,13 +28,22 @@ QString PointerText(const QString& APointer) {
     return QStringLiteral(" (%1)").arg(shown);
 }
 
+/// The parser reads beyond the end. What stands there decides nothing, and is written all the same where that
+/// costs next to nothing: tools that watch for memory that never was would find it here.
+void GiveParserRoom(QByteArray& AJson) {
+    constexpr auto room = qsizetype(simdjson::SIMDJSON_PADDING);
+    const bool isCheap = AJson.isDetached() || AJson.size() <= MaxCopiedBytes;
+    if (AJson.capacity() >= AJson.size() + room && !isCheap)
+        return;
+    AJson.reserve(AJson.size() + room);
+    std::fill_n(AJson.data() + AJson.size(), room, '\0');
+}
+
 } // namespace
 
 void TZOJson::Decode(QByteArray AJson, TZOValueHolder& ADest) {
     ADest.Clear();
-    // The parser reads beyond the end; a text with room there need not be copied.
-    if (AJson.capacity() < AJson.size() + qsizetype(simdjson::SIMDJSON_PADDING))
-        AJson.reserve(AJson.size() + qsizetype(simdjson::SIMDJSON_PADDING));
+    GiveParserRoom(AJson);
     TZOJsonTokens tokens(AJson.constData(), static_cast<std::size_t>(AJson.size()));
     TZOJsonTexts texts;
     TZOJsonDecoder decoder(tokens, texts);
