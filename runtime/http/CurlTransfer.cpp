@@ -196,8 +196,7 @@ void TZOCurlTransfer::CheckComplete() const {
 }
 
 CURLcode TZOCurlTransfer::Drive() {
-    TClock::time_point lastIdle = TClock::now();
-    FLastActivity = lastIdle;
+    FLastIdle = FLastActivity = TClock::now();
     int running = 1;
     for (;;) {
         if (curl_multi_perform(FMulti, &running) != CURLM_OK)
@@ -206,7 +205,7 @@ CURLcode TZOCurlTransfer::Drive() {
             break;
         CheckSilence();
         curl_multi_poll(FMulti, nullptr, 0, WaitMs, nullptr);
-        CheckIdle(lastIdle);
+        CheckIdle();
     }
     int left = 0;
     const CURLMsg* message = curl_multi_info_read(FMulti, &left);
@@ -225,11 +224,11 @@ void TZOCurlTransfer::CheckSilence() {
                 .arg(FExchange.Url->Place(), SecondsText(FExchange.Limits->StallTimeoutMs)));
 }
 
-void TZOCurlTransfer::CheckIdle(TClock::time_point& ALast) const {
+void TZOCurlTransfer::CheckIdle() {
     const TClock::time_point now = TClock::now();
-    if (!*FExchange.Idle || now - ALast < std::chrono::milliseconds(WaitMs))
+    if (!*FExchange.Idle || now - FLastIdle < std::chrono::milliseconds(WaitMs))
         return;
-    ALast = now;
+    FLastIdle = now;
     if (!(*FExchange.Idle)(FSent, FReceived))
         throw EZOCancelledError(QStringLiteral("The request was cancelled."));
 }
@@ -324,6 +323,8 @@ bool TZOCurlTransfer::TakeContent(const char* AData, qint64 ASize) {
 
 bool TZOCurlTransfer::TakeBody(const char* AData, qint64 ASize) {
     FBodyBytes += ASize;
+    // Of what was compressed, a little that is received may be seconds of work.
+    CheckIdle();
     if (!IsForDestination())
         return TakeIntoMemory(AData, ASize);
     FPending.append(AData, ASize);

@@ -55,7 +55,7 @@ private:
     void SetUpRecord();
     CURLcode Drive();
     void CheckSilence();
-    void CheckIdle(TClock::time_point& ALast) const;
+    void CheckIdle();
     [[noreturn]] void Fail(CURLcode ACode);
     void FinishDestination();
     void FinishBody();
@@ -104,6 +104,7 @@ private:
     bool FIsErrorBodyFull = false;
     bool FHasActivity = false; ///< since silence was last checked
     TClock::time_point FLastActivity;
+    TClock::time_point FLastIdle;
     std::exception_ptr FFailure;
     char FErrorText[CURL_ERROR_SIZE] = "";
 };

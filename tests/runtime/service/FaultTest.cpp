@@ -45,6 +45,19 @@ protected:
         return Exec(*Service, "Read", "{\"fault\":\"" + AFault + "\"}");
     }
 
+    void Download(const QByteArray& AFault, QIODevice& AFile) {
+        const POper oper = OperOf(*Service, "Download");
+        ZORequest request(Service.get(), oper->Request);
+        Fill(request, "{\"fault\":\"" + AFault + "\"}");
+        TZOValueHolder response(oper->Response, true);
+        void* ref = nullptr;
+        response.GetByRef(ref);
+        static_cast<ZODownload*>(ref)->SetStream(&AFile);
+        IsDrip = AFault.startsWith("slow-drip");
+        Clock.restart();
+        request.ExecRequest(&response);
+    }
+
     /// "EClass: message" of what ACall raises; empty when it raises nothing.
     template <class TCall>
     static std::string Failure(TCall ACall) {
@@ -61,6 +74,19 @@ protected:
     std::unique_ptr<TZORestService> Service;
     QElapsedTimer Clock;
     bool IsDrip = false;
+};
+
+/// Where everything goes that nobody keeps.
+class TCount : public QIODevice {
+public:
+    qint64 Bytes = 0;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 ASize) override {
+        Bytes += ASize;
+        return ASize;
+    }
 };
 
 class TFaultTest : public TFaultsTest, public testing::WithParamInterface<TFault> {
@@ -96,16 +122,7 @@ TEST_P(TFaultTest, MeetsADownloadInTheSameWay) {
         return;
     QBuffer file;
     file.open(QIODevice::WriteOnly);
-    const POper oper = OperOf(*Service, "Download");
-    ZORequest request(Service.get(), oper->Request);
-    Fill(request, "{\"fault\":\"" + name + "\"}");
-    TZOValueHolder response(oper->Response, true);
-    void* ref = nullptr;
-    response.GetByRef(ref);
-    static_cast<ZODownload*>(ref)->SetStream(&file);
-    IsDrip = name.startsWith("slow-drip");
-    Clock.restart();
-    EXPECT_EQ(Failure([&] { request.ExecRequest(&response); }), Expected());
+    EXPECT_EQ(Failure([&] { Download(name, file); }), Expected());
     EXPECT_EQ(Read("anything-else"), R"({"text":"fine"})");
 }
 
@@ -130,6 +147,15 @@ TEST_F(TFaultsTest, ABombTakesNoMoreMemoryThanTheLimit) {
     EXPECT_THAT(Failure([&] { Read("gzip-bomb"); }), testing::HasSubstr("is larger than 1 MiB"));
     // It holds one gigabyte.
     EXPECT_LT(PeakMemory() - before, 128 * 1024 * 1024);
+}
+
+TEST_F(TFaultsTest, ABombCanBeCancelledWhileItIsDecompressed) {
+    TCount count;
+    count.open(QIODevice::WriteOnly);
+    Service->HttpClient().SetIdle([&](qint64, qint64) { return count.Bytes == 0; });
+    EXPECT_THAT(Failure([&] { Download("gzip-bomb", count); }), testing::StartsWith("EZOCancelledError"));
+    // It holds one gigabyte, and a few pieces of what is received hold all of it.
+    EXPECT_LT(count.Bytes, 512 * 1024 * 1024);
 }
 
 TEST_F(TFaultsTest, NoKeyFollowsToAnotherOrigin) {
