@@ -69,6 +69,9 @@ public:
     /// and ServiceClassAdded wait until it is done. Components and classes must not go meanwhile.
     bool IsBusy() const { return FIsBusy; }
     void SetBusy(bool AIsBusy);
+    /// For what takes services away or brings others: while a request runs, answers true and calls ACall when
+    /// it is over.
+    bool HoldCall(std::function<void()> ACall);
 
     /// The first item of AComponent, or null.
     TZOServiceItem* FindService(const QObject* AComponent) const;
@@ -106,7 +109,6 @@ private:
     void InitServiceList();
     void SetNavTo(TZOShellPage* APage);
     void ExecNavTask();
-    bool HoldCall(std::function<void()> ACall);
     void UpdatePagesShowing();
     void UpdateNavBar(TZOIdeTheming* ATheming);
     void UpdateNavLabel(TZOIdeTheming* ATheming, int APosition);

@@ -71,7 +71,7 @@ private:
 } // namespace
 
 TZODocumentActions::TZODocumentActions(TZOShellFrame* AShell, QWidget* AWindow, QBoxLayout* ABars)
-    : QObject(AWindow), FWindow(AWindow), FBars(ABars), FDocuments(AShell, nullptr) {
+    : QObject(AWindow), FShell(AShell), FWindow(AWindow), FBars(ABars), FDocuments(AShell, nullptr) {
     connect(&FDocuments, &TZOOpenDocuments::Changed, this, &TZODocumentActions::Offer);
     // Controls that take text would keep files from the window.
     qApp->installEventFilter(this);
@@ -105,6 +105,12 @@ void TZODocumentActions::ChooseFiles() {
 }
 
 void TZODocumentActions::Open(const QStringList& AFileNames) {
+    // The service that is replaced may be the one that is asked.
+    if (FShell->HoldCall([self = QPointer(this), AFileNames] {
+            if (self)
+                self->Open(AFileNames);
+        }))
+        return;
     bool isRefused = false;
     for (const QString& fileName : AFileNames) {
         const TZOOpenDocuments::TOutcome outcome = OpenOne(fileName);

@@ -23,7 +23,7 @@ public:
     /// Adds the commands to the window's menus.
     void AddTo(QMenu* AFileMenu, QMenu* AViewMenu);
     /// Opens documents one after the other, until the user cancels one that takes long. What is wrong with
-    /// them is shown.
+    /// them is shown. While a request runs, they are opened after it.
     void Open(const QStringList& AFileNames);
 
     const TZOOpenDocuments& Documents() const { return FDocuments; }
@@ -44,6 +44,7 @@ private:
     void Offer(const QString& APath);
     void ShowProblems();
 
+    TZOShellFrame* FShell;
     QWidget* FWindow;
     QBoxLayout* FBars;
     TZOOpenDocuments FDocuments;

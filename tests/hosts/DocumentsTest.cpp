@@ -1,5 +1,6 @@
 // API documents in the explorer's window.
 #include "tests/hosts/HostFixture.h"
+#include "tests/servers/RawServer.h"
 
 #include "hosts/standalone/HostSettings.h"
 #include "hosts/standalone/MainWindow.h"
@@ -7,11 +8,14 @@
 #include "hosts/standalone/OfferBar.h"
 #include "hosts/standalone/ProblemWindow.h"
 
+#include "pages/ExecutePage.h"
 #include "pages/Pages.h"
 
 #include "shell/ServiceItem.h"
 #include "shell/ShellFrame.h"
 #include "shell/ShellPage.h"
+
+#include "jsoneditor/view/RestView.h"
 
 #include "platform/Dialogs.h"
 
@@ -26,6 +30,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -306,6 +311,32 @@ TEST_F(Documents, ThatAreReloadedStayAtTheirPage) {
     Reload("one.yaml", api("other", q));
     EXPECT_EQ(Stack(), (QStringList{"Services", ClassName("One")}));
     EXPECT_EQ(Services(), services);
+}
+
+TEST_F(Documents, ThatAreDroppedRightBeforeARequestAreReadAfterIt) {
+    TRawServer server([](TRawServer::TConnection& AConnection) {
+        AConnection.ReadRequest();
+        QThread::msleep(900); // by then the window lives again
+        AConnection.Write(TRawServer::Answer("{}", "application/json"));
+    });
+    const QByteArray servers = "servers: [{url: '" + server.Url({}) + "'}]\n";
+    const QString path = Write("a.yaml", Api("A", "before", servers));
+    Window->OpenDocuments({path});
+    TZOShellFrame* shell = Window->Shell();
+    TZOShellPage* page =
+        TZOExecutePage::Make(shell, shell->GetServices(0), &shell->GetServices(0)->TypeInfo()->Opers()[0]);
+    shell->NavigateAsync(page);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shell->GetNavStackTop() == page; }));
+    QWidget* frame = page->Frame();
+    auto* view = frame->findChild<TZORestView*>();
+    view->setFocus();
+    Write("a.yaml", Api("A", "after", servers));
+    Drop(Window.get(), {QUrl::fromLocalFile(path)});
+    QTest::keyClick(frame, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(Operations(0), QStringList("before"));
+    EXPECT_TRUE(frame->findChild<QLabel*>("SummaryLabel")->text().startsWith(u'2'));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Operations(0), QStringList("after"));
 }
 
 TEST_F(Documents, ThatCannotBeReadAnyMoreStayAsTheyWere) {
