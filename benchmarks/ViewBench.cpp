@@ -262,32 +262,19 @@ TNumbers MeasureList(int ACount) {
     return numbers;
 }
 
-template <class T>
-const T& Once(std::map<int, T>& AKnown, int ACount, T (*AMeasure)(int)) {
-    const auto found = AKnown.find(ACount);
-    return found != AKnown.end() ? found->second : AKnown.emplace(ACount, AMeasure(ACount)).first->second;
+/// What is measured for each number of rows only once, as several lines of the table show it.
+template <auto Measure>
+const auto& Once(int ACount) {
+    static std::map<int, decltype(Measure(ACount))> known;
+    const auto found = known.find(ACount);
+    return found != known.end() ? found->second : known.emplace(ACount, Measure(ACount)).first->second;
 }
 
-const TNumbers& Ours(int ACount) {
-    static std::map<int, TNumbers> known;
-    return Once(known, ACount, MeasureOurs);
-}
-const TNumbers& Tree(int ACount) {
-    static std::map<int, TNumbers> known;
-    return Once(known, ACount, MeasureTree);
-}
-const TNumbers& List(int ACount) {
-    static std::map<int, TNumbers> known;
-    return Once(known, ACount, MeasureList);
-}
-const TKeystrokes& Keystrokes(int ACount) {
-    static std::map<int, TKeystrokes> known;
-    return Once(known, ACount, MeasureKeystrokes);
-}
-const TFills& Fills(int ACount) {
-    static std::map<int, TFills> known;
-    return Once(known, ACount, MeasureFills);
-}
+constexpr auto Ours = Once<MeasureOurs>;
+constexpr auto Tree = Once<MeasureTree>;
+constexpr auto List = Once<MeasureList>;
+constexpr auto Keystrokes = Once<MeasureKeystrokes>;
+constexpr auto Fills = Once<MeasureFills>;
 
 using TPick = std::function<double(const TNumbers&)>;
 
