@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -99,6 +100,11 @@ QByteArray TRawServer::Url(const QByteArray& APath) const {
 QList<QByteArray> TRawServer::Requests() const {
     const std::lock_guard lock(FMutex);
     return FRequests;
+}
+
+QList<QByteArray> TRawServer::TakeRequests() {
+    const std::lock_guard lock(FMutex);
+    return std::exchange(FRequests, {});
 }
 
 int TRawServer::ConnectionCount() const {

@@ -62,6 +62,8 @@ public:
     QByteArray Url(const QByteArray& APath) const;
     /// What ReadRequest has read so far, on all connections.
     QList<QByteArray> Requests() const;
+    /// The same; they are forgotten then.
+    QList<QByteArray> TakeRequests();
     int ConnectionCount() const;
 
 private:
