@@ -1,5 +1,6 @@
 #include "openapi/DocTree_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/types/JsonText.h"
 
 #include <algorithm>
@@ -96,8 +97,7 @@ QString TDocView::Text() const {
         return {};
     const TDocNode& node = FTree->Nodes[FNode];
     const std::string_view raw = FTree->Raw(node);
-    return node.IsEscaped ? QString::fromStdString(DocJson::Unescape(raw))
-                          : QString::fromUtf8(raw.data(), qsizetype(raw.size()));
+    return node.IsEscaped ? TextFromUtf8(DocJson::Unescape(raw)) : TextFromUtf8(raw);
 }
 
 bool TDocView::Is(std::string_view AText) const {

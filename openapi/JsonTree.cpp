@@ -2,6 +2,7 @@
 // the place of every value, what stands before an error, and everything but what nests too deep.
 #include "openapi/DocTree_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/types/JsonText.h"
 
 #include <simdjson.h>
@@ -303,7 +304,7 @@ std::string DocJson::Unescape(std::string_view AContent) {
     text.reserve(qsizetype(AContent.size()));
     for (std::size_t i = 0; i < AContent.size();) {
         const std::size_t plain = std::min(AContent.find('\\', i), AContent.size());
-        text += QString::fromUtf8(AContent.data() + i, qsizetype(plain - i));
+        text += TextFromUtf8(AContent.substr(i, plain - i));
         if (plain + 1 >= AContent.size())
             break;
         const char kind = AContent[plain + 1];

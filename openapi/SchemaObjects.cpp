@@ -1,6 +1,9 @@
 // Object schemas: properties of their own and of their bases.
 #include "openapi/SchemaTypes_p.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <algorithm>
 
 namespace {
@@ -12,8 +15,9 @@ constexpr std::size_t MaxBases = 500;
 
 struct TSchemaTypes::TFlattening {
     std::vector<TSchemaField> Fields;
-    std::unordered_map<std::string, std::size_t> Places; // of Fields, by name
-    std::set<std::string> Required;
+    // Names are told apart as they are shown: those of a damaged file may differ in their bytes alone.
+    QHash<QString, std::size_t> Places; // of Fields
+    QSet<QString> Required;
     std::set<quint64> Seen;
     std::set<quint64> Open; // what is being flattened, to tell circles from repetitions
 };
@@ -83,7 +87,7 @@ std::vector<TSchemaField> TSchemaTypes::FieldsOf(TDocView ASchema) {
     if (target)
         Flatten(target, {}, false, all);
     for (TSchemaField& field : all.Fields)
-        field.IsRequired = all.Required.contains(field.Name.toStdString());
+        field.IsRequired = all.Required.contains(field.Name);
     return std::move(all.Fields);
 }
 
@@ -122,16 +126,19 @@ void TSchemaTypes::AddFields(TDocView ASchema, const QString& AGroup, bool AIsOp
     for (const auto& [key, schema] : properties.Entries()) {
         if (!key)
             continue;
-        const auto [place, isNew] = AInto.Places.try_emplace(key.Utf8(), AInto.Fields.size());
-        if (isNew)
-            AInto.Fields.push_back({Shared(key), schema, AGroup, false});
-        else if (!AIsOptional && SaysSomething(schema))
-            AInto.Fields[place->second].Schema = schema;
+        const QString name = Shared(key);
+        const auto known = AInto.Places.constFind(name);
+        if (known == AInto.Places.cend()) {
+            AInto.Places.insert(name, AInto.Fields.size());
+            AInto.Fields.push_back({name, schema, AGroup, false});
+        } else if (!AIsOptional && SaysSomething(schema)) {
+            AInto.Fields[*known].Schema = schema;
+        }
     }
     if (AIsOptional)
         return;
     for (const auto& [none, name] : ASchema["required"].Entries())
-        AInto.Required.insert(name.Utf8());
+        AInto.Required.insert(Shared(name));
 }
 
 bool TSchemaTypes::IsObjectLike(TDocView ASchema) {

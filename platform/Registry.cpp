@@ -2,6 +2,7 @@
 
 #include "platform/Exceptions.h"
 #include "platform/SettingsFile_p.h"
+#include "platform/Utf8.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -213,9 +214,7 @@ QByteArray TRegistry::ReadValue(const QString& AName, bool AIsText) const {
     return query.Bytes(0);
 }
 
-QString TRegistry::ReadString(const QString& AName) const {
-    return QString::fromUtf8(ReadValue(AName, true));
-}
+QString TRegistry::ReadString(const QString& AName) const { return TextFromUtf8(ReadValue(AName, true)); }
 
 QByteArray TRegistry::ReadBinaryData(const QString& AName) const { return ReadValue(AName, false); }
 

@@ -1,6 +1,8 @@
 // The settings file itself: where it is made, judged, set aside and opened. Private to TRegistry.
 #pragma once
 
+#include "platform/Utf8.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -83,7 +85,7 @@ public:
 
     bool IsText(int AColumn) const;
     QByteArray Bytes(int AColumn) const;
-    QString Text(int AColumn) const { return QString::fromUtf8(Bytes(AColumn)); }
+    QString Text(int AColumn) const { return TextFromUtf8(Bytes(AColumn)); }
 
 private:
     TZOSettingsFile& FFile;

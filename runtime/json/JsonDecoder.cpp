@@ -3,6 +3,7 @@
 #include "runtime/json/PlainNumbers_p.h"
 #include "runtime/json/WholeNumber_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/types/Any.h"
 #include "runtime/types/JsonText.h"
 #include "runtime/types/Rfc3339.h"
@@ -24,7 +25,7 @@ bool IsScalar(std::string_view AToken) {
 
 QString Shown(std::string_view AText) {
     constexpr std::size_t most = 40;
-    QString text = QString::fromUtf8(AText.data(), qsizetype(std::min(AText.size(), most)));
+    QString text = TextFromUtf8(AText.substr(0, most));
     return AText.size() > most ? text + QStringLiteral("...") : text;
 }
 
@@ -434,7 +435,7 @@ bool TZOJsonDecoder::Step(QStringView AKey) {
 
 bool TZOJsonDecoder::Step(std::string_view AKey) {
     const std::string_view key = Unescaped(AKey);
-    return Step(QStringView(QString::fromUtf8(key.data(), qsizetype(key.size()))));
+    return Step(QStringView(TextFromUtf8(key)));
 }
 
 bool TZOJsonDecoder::Step(int AIndex) { return Step(QStringView(QString::number(AIndex))); }

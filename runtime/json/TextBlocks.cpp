@@ -1,5 +1,7 @@
 #include "runtime/json/TextBlocks_p.h"
 
+#include "platform/Utf8.h"
+
 #include <algorithm>
 #include <cstring>
 #include <new>
@@ -63,7 +65,7 @@ char16_t* PutText(std::string_view AText, char16_t* AUnits) {
 
 QString TZOTextBlocks::Make(std::string_view AText) {
     if (AText.empty() || AText.size() >= OwnBlockFrom)
-        return QString::fromUtf8(AText.data(), qsizetype(AText.size()));
+        return TextFromUtf8(AText);
     const std::size_t most = AText.size() + 1 + Stride;
     if (static_cast<std::size_t>(FEnd - FFree) < most)
         Open(most);

@@ -9,7 +9,25 @@
 
 namespace {
 
-using TTreeTest = TOpenApiTest;
+class TTreeTest : public TOpenApiTest {
+protected:
+    /// A document whose only operation answers an object of those properties, as JSON has them.
+    std::unique_ptr<TZOApiDocument> LoadProperties(const QByteArray& AProperties) const {
+        return Load(R"({"openapi": "3.0.0", "info": {"title": "T", "version": "1"}, "paths": {"/a": {"get": {
+            "operationId": "a", "responses": {"200": {"description": "", "content": {"application/json": {
+            "schema": {"type": "object", "properties": {)" +
+                        AProperties + "}}}}}}}}}}",
+                    QStringLiteral("api.json"));
+    }
+    static QStringList AnswerPropertiesOf(const TZOApiDocument& ADocument) {
+        const auto* type =
+            static_cast<const ZOObject::TTypeInfo*>(OperOf(ADocument, QStringLiteral("a"))->Response);
+        QStringList names;
+        for (int i = 0; i < type->PropertyCount(); ++i)
+            names.append(type->Property(i)->Name);
+        return names;
+    }
+};
 
 bool IsJson(const QByteArray& AText) {
     simdjson::dom::parser parser;
@@ -69,6 +87,19 @@ TEST_F(TTreeTest, ReadsEscapesAndByteOrderMarks) {
     EXPECT_EQ(document->Title(), QString::fromUtf8("\xC3\xA4\xF0\x9F\x98\x80 \"\\/x"));
     EXPECT_EQ(OperNames(*document), QStringList{QStringLiteral("o\n")});
     EXPECT_EQ(document->ServiceClass()->TypeInfo()->Opers()[0].Http.Path, QStringLiteral("/a"));
+}
+
+TEST_F(TTreeTest, TakesAByteOrderMarkInsideTheTextForALetter) {
+    const auto document = LoadProperties("\"n\": {}, \"\xEF\xBB\xBFn\": {}, \"a\\n\\uFEFFn\": {}");
+    EXPECT_EQ(AnswerPropertiesOf(*document),
+              (QStringList{QStringLiteral("n"), QStringLiteral("\uFEFFn"), QStringLiteral("a\n\uFEFFn")}));
+    EXPECT_EQ(Problems(*document), QStringList());
+}
+
+TEST_F(TTreeTest, KeepsOneOfTheNamesThatDamageMadeTheSame) {
+    const auto document = LoadProperties("\"\xFE\": {}, \"\xFF\": {}, \"b\": {}");
+    EXPECT_EQ(AnswerPropertiesOf(*document), (QStringList{QStringLiteral("\uFFFD"), QStringLiteral("b")}));
+    EXPECT_THAT(Problems(*document).join(u'\n').toStdString(), testing::HasSubstr("not in UTF-8"));
 }
 
 TEST_F(TTreeTest, ReadsYamlAsItsCoreSchemaHasIt) {

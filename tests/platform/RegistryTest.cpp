@@ -119,7 +119,7 @@ const QString Key = QStringLiteral("SOFTWARE\\Maker\\Product");
 
 TEST_F(Registry, KeepsStringsAndBytesAsTheyAre) {
     const QByteArray bytes("\0\xFFone\0", 6);
-    const QString text = QString::fromUtf8("Schl\u00fcssel \U0001F511\nsecond line");
+    const QString text = QStringLiteral("\uFEFFSchl\u00fcssel \U0001F511\nsecond line");
     {
         TRegistry registry;
         ASSERT_TRUE(registry.OpenKey(Key, true));

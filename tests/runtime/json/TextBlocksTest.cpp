@@ -117,6 +117,19 @@ TEST_F(TextsOfAResponse, GoInAnotherThread) {
     EXPECT_TRUE(kept.isEmpty());
 }
 
+TEST_F(TextsOfAResponse, KeepAByteOrderMarkAtTheirStart) {
+    QStringList texts, escaped;
+    for (int length = 0; length < 600; ++length) {
+        texts.append(QChar(QChar::ByteOrderMark) + QString(length, u'a'));
+        escaped.append(QStringLiteral("\\uFEFF") + QString(length, u'a'));
+    }
+    for (const QStringList& read : {texts, escaped}) {
+        Read(read);
+        for (int i = 0; i < texts.size(); ++i)
+            ASSERT_EQ(At(i), texts[i]) << i;
+    }
+}
+
 TEST_F(TextsOfAResponse, AreUnescaped) {
     Read({QStringLiteral("a\\u0000b"), QStringLiteral("\\ud83d\\ude00\\n"),
           QStringLiteral("\\\\").repeated(400), QStringLiteral("plain")});
