@@ -1,5 +1,6 @@
 #include "runtime/http/CurlCommand.h"
 
+#include "platform/Utf8.h"
 #include "runtime/types/Failures.h"
 
 #include <QFileDevice>
@@ -20,7 +21,7 @@ QString Quoted(const QString& AText) {
     return u'\'' + quoted + u'\'';
 }
 
-QString Quoted(const QByteArray& AText) { return Quoted(QString::fromUtf8(AText)); }
+QString Quoted(const QByteArray& AText) { return Quoted(TextFromUtf8(AText)); }
 
 QString FileOf(const QIODevice* AStream) {
     const auto* file = qobject_cast<const QFileDevice*>(AStream);

@@ -1,6 +1,7 @@
 // Typed values for C++ code that knows what is in them.
 #pragma once
 
+#include "platform/Utf8.h"
 #include "runtime/types/Object.h"
 
 #include <QDateTime>
@@ -43,7 +44,7 @@ public:
     /// Stores a value; integers are taken by every kind of numbers, and one that does not fit raises
     /// EConvertError. Raises EInvalidCast when the reference is to nothing or the kind is another.
     void Set(const QString& AValue) const;
-    void Set(const char* AText) const { Set(QString::fromUtf8(AText)); }
+    void Set(const char* AText) const { Set(TextFromUtf8(AText)); }
     void Set(qint32 AValue) const { Set(qint64(AValue)); }
     void Set(qint64 AValue) const;
     void Set(bool AValue) const;

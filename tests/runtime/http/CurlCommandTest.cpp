@@ -92,6 +92,7 @@ TEST_F(CurlCommand, SendsTheSameBytes) {
                                  "two\nlines\r\n\ttabbed\n",
                                  QByteArray("nul\0 100% \\n end", 16),
                                  QByteArray("\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
+                                 QByteArray("\xEF\xBB\xBFwith a byte order mark"),
                                  '[' + QByteArray(200'000, '1') + ']'};
     for (const QByteArray& body : bodies) {
         TZOHttpRequest request = WithBody("POST", Server.Url("/"), body, "application/json");

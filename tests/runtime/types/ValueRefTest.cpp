@@ -54,6 +54,8 @@ TEST_F(ValueRef, ReadsWhatWasSet) {
     EXPECT_EQ(Value["real"].As<double>(), 2.5);
     EXPECT_EQ(Value["inner"]["text"].As<QString>(), "Gdańsk");
     EXPECT_TRUE(Value["inner"]["flag"].As<bool>());
+    Value.Make("inner").Make("text").Set("\uFEFFmarked");
+    EXPECT_EQ(Value["inner"]["text"].As<QString>(), QStringLiteral("\uFEFFmarked"));
     Value["real"].Set(3);
     EXPECT_EQ(Value["real"].As<double>(), 3.0);
 }
