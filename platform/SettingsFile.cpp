@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -27,12 +28,12 @@ constexpr qint64 ApplicationId =
     0x5A4F4253; // "ZOBS", so that another program's database is not taken for ours
 constexpr int BusyTimeoutMs = 4000;
 
-constexpr const char* Tables =
-    "CREATE TABLE keys(path TEXT PRIMARY KEY, parent TEXT NOT NULL, name TEXT NOT NULL)"
-    " WITHOUT ROWID;"
-    "CREATE INDEX keys_by_parent ON keys(parent);"
-    "CREATE TABLE vals(path TEXT NOT NULL, folded TEXT NOT NULL, name TEXT NOT NULL,"
-    " data NOT NULL, PRIMARY KEY(path, folded)) WITHOUT ROWID;";
+/// SQLite keeps these texts as they are, and what they made is known again by them.
+constexpr const char* Tables[] = {
+    "CREATE TABLE keys(path TEXT PRIMARY KEY, parent TEXT NOT NULL, name TEXT NOT NULL) WITHOUT ROWID",
+    "CREATE INDEX keys_by_parent ON keys(parent)",
+    ("CREATE TABLE vals(path TEXT NOT NULL, folded TEXT NOT NULL, name TEXT NOT NULL,"
+     " data NOT NULL, PRIMARY KEY(path, folded)) WITHOUT ROWID")};
 
 [[noreturn]] void Raise(const QString& AFileName, const QString& AReason) {
     throw ERegistryException(
@@ -172,10 +173,11 @@ std::unique_ptr<TZOSettingsFile> TZOSettingsFile::TakeKept(const QString& AFileN
         !CheckedFiles().contains(AFileName) || !file->IsUntouched())
         return nullptr;
     try {
+        QString reason;
         file->BeginReading();
-        file->ReadFormat();
+        const TVerdict verdict = file->ReadFormat(reason);
         file->Commit();
-        return file;
+        return verdict == veUsable ? std::move(file) : nullptr;
     } catch (const ERegistryException&) {
         return nullptr; // What a new connection says about the file counts.
     }
@@ -242,7 +244,12 @@ TZOSettingsFile::TVerdict TZOSettingsFile::Judge(QString& AReason) {
 TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
     // One look at all of it: another process may just be making the tables.
     BeginReading();
-    ReadFormat();
+    if (ReadFormat(AReason) == veDamaged)
+        return veDamaged;
+    if (FHasTables && !HoldsAllTables()) {
+        AReason = QStringLiteral("its tables are not those that this program makes");
+        return veDamaged;
+    }
     const bool isFirstLook = !CheckedFiles().contains(FFileName);
     if (isFirstLook) {
         TZOSettingsQuery check(*this, "PRAGMA quick_check(1)");
@@ -261,10 +268,11 @@ TZOSettingsFile::TVerdict TZOSettingsFile::JudgeFormat(QString& AReason) {
     return veUsable;
 }
 
-void TZOSettingsFile::ReadFormat() {
+TZOSettingsFile::TVerdict TZOSettingsFile::ReadFormat(QString& AReason) {
     const qint64 format = Number("PRAGMA user_version");
     const bool isOurs = Number("PRAGMA application_id") == ApplicationId;
-    if (!isOurs && Number("SELECT count(*) FROM sqlite_master") != 0)
+    const bool isNew = format == 0 && Number("SELECT count(*) FROM sqlite_master") == 0;
+    if (!isOurs && !isNew)
         Raise(FFileName, QStringLiteral("it belongs to another program. It was left as it is."));
     if (format > Format)
         Raise(FFileName,
@@ -272,7 +280,18 @@ void TZOSettingsFile::ReadFormat() {
                              "It was left as it is.")
                   .arg(format)
                   .arg(Format));
-    FHasTables = isOurs && format > 0;
+    FHasTables = isOurs && !isNew;
+    if (isNew || format == Format)
+        return veUsable;
+    AReason = QStringLiteral("no version of this program writes the format %1").arg(format);
+    return veDamaged;
+}
+
+bool TZOSettingsFile::HoldsAllTables() {
+    return std::all_of(std::begin(Tables), std::end(Tables), [this](const char* ASql) {
+        TZOSettingsQuery query(*this, "SELECT 1 FROM sqlite_master WHERE sql=?");
+        return query.BindText(QLatin1String(ASql)).Next();
+    });
 }
 
 // A writer that was killed before its journal said anything leaves it; SQLite takes it away with the next
@@ -316,11 +335,12 @@ bool TZOSettingsFile::SetAside() {
 
 void TZOSettingsFile::BeginWriting() {
     Execute("BEGIN IMMEDIATE");
-    if (FHasTables || Number("PRAGMA user_version") != 0) {
+    if (FHasTables || Number("PRAGMA user_version") == Format) {
         FHasTables = true;
         return;
     }
-    Execute(Tables);
+    for (const char* table : Tables)
+        Execute(table);
     Execute(qPrintable(QStringLiteral("PRAGMA application_id=%1").arg(ApplicationId)));
     Execute(qPrintable(QStringLiteral("PRAGMA user_version=%1").arg(Format)));
     FHasTables = true;

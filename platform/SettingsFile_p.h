@@ -49,7 +49,8 @@ private:
     bool IsUntouched() const;
     TVerdict Judge(QString& AReason);
     TVerdict JudgeFormat(QString& AReason);
-    void ReadFormat();
+    TVerdict ReadFormat(QString& AReason);
+    bool HoldsAllTables();
     qint64 Number(const char* ASql);
     void RemoveStaleJournal();
     bool SetAside();

@@ -530,12 +530,38 @@ TEST_F(Registry, LeavesAFileOfANewerFormatAlone) {
     EXPECT_EQ(SetAside(), QStringList());
 }
 
+TEST_F(Registry, SetsAFileAsideThatNoVersionCanHaveWritten) {
+    const char* damages[] = {"PRAGMA user_version=-246",
+                             "PRAGMA user_version=0",
+                             "DROP TABLE vals",
+                             "DROP TABLE keys",
+                             "DROP INDEX keys_by_parent",
+                             "DROP TABLE keys; DROP TABLE vals",
+                             "ALTER TABLE keys RENAME name TO n"};
+    int count = 0;
+    for (const char* damage : damages) {
+        Write(Key, QStringLiteral("v"), QStringLiteral("1"));
+        RunSql(QLatin1String(damage));
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("(no key)")) << damage;
+        EXPECT_EQ(FReports.size(), ++count) << damage;
+        EXPECT_EQ(SetAside().size(), count) << damage;
+        Write(Key, QStringLiteral("v"), QStringLiteral("2"));
+        EXPECT_EQ(Read(Key, QStringLiteral("v")), QStringLiteral("2")) << damage;
+        QFile::remove(FileName());
+    }
+}
+
 TEST_F(Registry, LeavesAnotherProgramsDatabaseAlone) {
     QDir().mkpath(Folder());
-    RunSql(QStringLiteral("CREATE TABLE theirs(a); INSERT INTO theirs VALUES(1)"));
-    const QByteArray before = Content(FileName());
-    EXPECT_THROW(Write(Key, QStringLiteral("v"), QStringLiteral("1")), ERegistryException);
-    EXPECT_EQ(Content(FileName()), before);
+    for (const char* theirs : {"CREATE TABLE theirs(a); INSERT INTO theirs VALUES(1)",
+                               "PRAGMA application_id=7; PRAGMA user_version=1"}) {
+        RunSql(QLatin1String(theirs));
+        const QByteArray before = Content(FileName());
+        EXPECT_THROW(Write(Key, QStringLiteral("v"), QStringLiteral("1")), ERegistryException) << theirs;
+        EXPECT_EQ(Content(FileName()), before) << theirs;
+        EXPECT_EQ(SetAside(), QStringList()) << theirs;
+        QFile::remove(FileName());
+    }
 }
 
 TEST_F(Registry, KeepsReportsForTheNextHandler) {
