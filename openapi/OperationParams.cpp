@@ -1,5 +1,7 @@
 #include "openapi/OperationMaker_p.h"
 
+#include "platform/Utf8.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -182,7 +184,7 @@ void TOperationMaker::AddMissingPathParams() {
         const auto& params = FOper.Http.Params;
         const bool isKnown = std::any_of(params.begin(), params.end(), [&](const TZOParamBinding& b) {
             return b.Place == ppPath &&
-                   (b.WireName.isEmpty() ? b.Property : QString::fromUtf8(b.WireName)) == name;
+                   (b.WireName.isEmpty() ? b.Property : TextFromUtf8(b.WireName)) == name;
         });
         if (isKnown)
             continue;

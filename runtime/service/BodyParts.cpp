@@ -2,6 +2,7 @@
 
 #include "runtime/service/ParamText_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/json/JsonCodec.h"
 #include "runtime/types/Any.h"
 #include "runtime/types/List.h"
@@ -43,8 +44,7 @@ TZOHttpPart UploadPart(const QByteArray& AName, const ZOUpload& AUpload, const T
     const auto* file = qobject_cast<QFileDevice*>(stream);
     // Servers take a part without a file name for a field.
     const QString name = file ? QFileInfo(file->fileName()).fileName() : QString();
-    return {
-        AName, {}, stream, name.isEmpty() ? QString::fromUtf8(AName) : name, UploadType(AUpload, ABinding)};
+    return {AName, {}, stream, name.isEmpty() ? TextFromUtf8(AName) : name, UploadType(AUpload, ABinding)};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "runtime/service/ParamText_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/types/Failures.h"
 
 #include <QHash>
@@ -123,7 +124,7 @@ private:
             if (!ARequest.CredentialQuery.isEmpty())
                 ARequest.CredentialQuery += '&';
             ARequest.CredentialQuery +=
-                ParamText::Encode(QString::fromUtf8(AScheme.ParamName)) + '=' + ParamText::Encode(AValue);
+                ParamText::Encode(TextFromUtf8(AScheme.ParamName)) + '=' + ParamText::Encode(AValue);
             break;
         case skApiKeyCookie:
             ACookies += (ACookies.isEmpty() ? "" : "; ") + AScheme.ParamName + '=' + value;

@@ -2,6 +2,7 @@
 
 #include "runtime/service/BodyParts_p.h"
 
+#include "platform/Utf8.h"
 #include "runtime/json/JsonCodec.h"
 
 #include <algorithm>
@@ -175,7 +176,7 @@ TZOParamText TZORequestBuilder::Text(const TParam& AParam) const {
 void TZORequestBuilder::AppendPairs(QByteArray& AText, const TParam& AParam, const char* ASeparator,
                                     ParamStyles::TEncoder AEncode) const {
     const bool isCookie = AParam.Binding->Place == ppCookie;
-    const QByteArray name = isCookie ? AParam.Name : ParamText::Encode(QString::fromUtf8(AParam.Name));
+    const QByteArray name = isCookie ? AParam.Name : ParamText::Encode(TextFromUtf8(AParam.Name));
     const TZOParamBinding& binding = *AParam.Binding;
     const QByteArray pairs = ParamStyles::Join(
         ParamStyles::Pairs(Text(AParam), name, binding.Style, binding.Explode, AEncode), ASeparator);

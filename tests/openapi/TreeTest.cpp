@@ -96,6 +96,15 @@ TEST_F(TTreeTest, TakesAByteOrderMarkInsideTheTextForALetter) {
     EXPECT_EQ(Problems(*document), QStringList());
 }
 
+TEST_F(TTreeTest, FindsTheParameterOfThePathByANameThatBeginsWithAByteOrderMark) {
+    const auto document = Load(R"({"openapi": "3.0.0", "info": {"title": "t", "version": "1"}, "paths": {
+        "/a/{\uFEFFid}": {"get": {"operationId": "o", "responses": {}, "parameters": [
+            {"name": "\uFEFFid", "in": "query", "schema": {"type": "string"}},
+            {"name": "\uFEFFid", "in": "path", "required": true, "schema": {"type": "string"}}]}}}})");
+    document->CompleteAll();
+    EXPECT_EQ(Problems(*document), QStringList());
+}
+
 TEST_F(TTreeTest, KeepsOneOfTheNamesThatDamageMadeTheSame) {
     const auto document = LoadProperties("\"\xFE\": {}, \"\xFF\": {}, \"b\": {}");
     EXPECT_EQ(AnswerPropertiesOf(*document), (QStringList{QStringLiteral("\uFFFD"), QStringLiteral("b")}));

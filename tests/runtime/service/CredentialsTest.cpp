@@ -152,6 +152,17 @@ TEST_F(TCredentialsTest, AKeyJoinsTheQueryAndTheCookiesOfTheRequest) {
     EXPECT_EQ(Header("Cookie"), "c=2; session=s");
 }
 
+TEST_F(TCredentialsTest, TheNameOfAKeyInTheQueryKeepsItsByteOrderMark) {
+    TZOServiceBuilder builder("TTestService", {}, Url());
+    builder.AddScheme({"marked", skApiKeyQuery, "\xEF\xBB\xBFkey"});
+    builder.Operation("Call", {}, "GET", "/call", {}, nullptr).OperationSecurity({{{0}}});
+    const auto serviceClass = ClassOf(builder);
+    const auto service = serviceClass->Create();
+    service->SetApiKey("k");
+    Exec(*service, "Call");
+    EXPECT_EQ(Target().toLower(), "/call?%ef%bb%bfkey=k");
+}
+
 TEST_F(TCredentialsTest, ALineBreakInAKeyIsRefusedWithoutShowingTheKey) {
     const auto serviceClass = ClassSecuredBy({{{shHeader}}});
     const auto service = serviceClass->Create();

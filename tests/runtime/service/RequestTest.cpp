@@ -58,6 +58,22 @@ TEST_F(TRequestTest, AbsentPropertiesAreNotSent) {
     EXPECT_EQ(Body(), "");
 }
 
+TEST_F(TRequestTest, NamesAreSentWithTheByteOrderMarkTheyBeginWith) {
+    const QString query = QStringLiteral("\uFEFFq"), form = QStringLiteral("\uFEFFf");
+    auto& service = Declare("POST", "/call", {P::InQuery(query, Text, {}), P::InForm(form, Text, {})});
+    Exec(service, "Call", R"({"\uFEFFq":"1","\uFEFFf":"2"})");
+    EXPECT_EQ(Target(), "/call?%EF%BB%BFq=1");
+    EXPECT_EQ(Body(), "%EF%BB%BFf=2");
+
+    QBuffer content;
+    content.setData("x");
+    content.open(QIODevice::ReadOnly);
+    P file = P::InPart("file", Upload, {});
+    file.Binding.WireName = "\xEF\xBB\xBFupload";
+    SendFile(Declare("POST", "/call", {file}), &content);
+    EXPECT_TRUE(Body().contains("filename=\"\xEF\xBB\xBFupload\"")) << Body().toStdString();
+}
+
 TEST_F(TRequestTest, AnAbsentPartOfThePathIsNamed) {
     auto& service =
         Declare("GET", "/a/{id}/b/{other}", {P::InPath("id", Integer, {}), P::InPath("other", Text, {})});
