@@ -141,14 +141,12 @@ void TZORestView::CarryPainted(int AOldScroll, int AOldBottom) {
 void TZORestView::MovePicture(const QRect& AArea, int ADown) {
     // Qt moves no picture with a hole in it: it would paint all of it again.
     if (!FUncovered.isEmpty())
-        repaint(FUncovered);
+        repaint(std::exchange(FUncovered, {}));
     scroll(0, ADown, AArea);
     for (TZOInplaceEditor* editor : {FEditor, FHover}) {
         if (editor->isHidden())
             continue;
         update((editor->geometry() & AArea).translated(0, ADown));
-        // Qt would take what has moved under it for its picture, and carry that along to its next place.
-        editor->update();
     }
 }
 

@@ -171,6 +171,29 @@ TEST_F(Repaint, ShowsTheWholeScrollBarWhereAStyleSheetPaintsIt) {
     ExpectAsPaintedAnew();
 }
 
+TEST(RepaintOfTheEditor, ShowsItInItsPlaceAfterAnotherOneWasHiddenHalfOutOfSight) {
+    TTextView text{NumberedRows(200)};
+    const int whole = 5 * text.View.RowHeight();
+    text.Host.resize(400, whole + text.View.RowHeight() / 2 + 1);
+    text.View.setGeometry(text.Host.rect());
+    QCoreApplication::processEvents();
+    text.MoveMouse({text.ChunkPoint(5, 1).x(), text.View.height() - 1});
+    ASSERT_TRUE(text.View.Hover()->isVisible());
+    ASSERT_FALSE(text.View.rect().contains(text.View.Hover()->geometry()));
+    text.Source.Remove(text.Row(5));
+    QCoreApplication::processEvents();
+
+    text.View.SelectRow(text.Row(198), seFirstChunk);
+    // The wheel at the end wants more than there is, and gets it with the next row.
+    TurnWheel(&text.View, -120);
+    QCoreApplication::processEvents();
+    const QRect place = text.View.Editor()->geometry();
+    text.Source.InsertAfter(text.Row(1), TTextSource::MakeRow(QStringLiteral("new")));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(text.View.Editor()->geometry(), place);
+    EXPECT_EQ(Plain(text.Host.screen()->grabWindow(text.Host.winId())), Plain(text.Host.grab()));
+}
+
 TEST(RepaintOfTheMouseEditor, ShowsItsNextRowWhenRowsMoveUnderThePointer) {
     TTextView text(
         QStringLiteral("[aaaaaaaa] -\n  [bbbbbbbb] -\n    [cccccccc] -\n  [dddddddd] -\n[eeeeeeee] -"));
