@@ -25,24 +25,31 @@ public:
     }
 
 private:
-    static QString KindText(const TZOTypeInfo* AType) {
+    /// What AType is a list or map of, or null.
+    static const TZOTypeInfo* ItemTypeOf(const TZOTypeInfo* AType) {
         if (AType->Kind() == vkList)
-            return QStringLiteral("list of ") +
-                   KindText(static_cast<const ZOList::TTypeInfo*>(AType)->ItemType());
-        if (AType->Kind() == vkMap)
-            return QStringLiteral("map of ") +
-                   KindText(static_cast<const ZOMap::TTypeInfo*>(AType)->ItemType());
-        const bool isNamed = AType->Kind() >= vkObject && !AType->Name().isEmpty();
-        return isNamed ? KindName(AType->Kind()) + u' ' + VisibleText(AType->Name())
-                       : KindName(AType->Kind());
+            return static_cast<const ZOList::TTypeInfo*>(AType)->ItemType();
+        return AType->Kind() == vkMap ? static_cast<const ZOMap::TTypeInfo*>(AType)->ItemType() : nullptr;
     }
 
-    static const TZOTypeInfo* ItemOf(const TZOTypeInfo* AType) {
-        while (AType->Kind() == vkList || AType->Kind() == vkMap) {
-            AType = AType->Kind() == vkList ? static_cast<const ZOList::TTypeInfo*>(AType)->ItemType()
-                                            : static_cast<const ZOMap::TTypeInfo*>(AType)->ItemType();
+    static QString KindText(const TZOTypeInfo* AType) {
+        QString text;
+        const TZOTypeInfo* type = AType;
+        for (int level = 0; const TZOTypeInfo* item = ItemTypeOf(type); ++level, type = item) {
+            if (level == MaxContainers)
+                return text + QStringLiteral("...");
+            text += KindName(type->Kind()) + QStringLiteral(" of ");
         }
-        return AType;
+        const bool isNamed = type->Kind() >= vkObject && !type->Name().isEmpty();
+        return text + KindName(type->Kind()) + (isNamed ? u' ' + VisibleText(type->Name()) : QString());
+    }
+
+    /// What stands in AType when all lists and maps are opened; still one of them where they do not end.
+    static const TZOTypeInfo* ItemOf(const TZOTypeInfo* AType) {
+        const TZOTypeInfo* type = AType;
+        for (int level = 0; level < MaxContainers && ItemTypeOf(type); ++level)
+            type = ItemTypeOf(type);
+        return type;
     }
 
     /// Ends a line that has got its name.
@@ -96,6 +103,8 @@ private:
     }
 
     static constexpr int MaxDepth = 200;
+    /// Of lists and maps of each other, which may hold nothing but themselves.
+    static constexpr int MaxContainers = 8;
     QSet<const TZOTypeInfo*> FSeen;
 };
 

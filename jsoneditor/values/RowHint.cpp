@@ -31,15 +31,20 @@ QString PointerPart(const TZOTypeInfo* AContainerType, const TZOPathStep& AStep)
     return PointerPart(AStep.Key);
 }
 
-QString TypeText(const TZOTypeInfo* AType) {
+/// Of lists and maps of each other, which may hold nothing but themselves.
+constexpr int MaxContainers = 8;
+
+QString TypeText(const TZOTypeInfo* AType, int ALevel = 0) {
     const auto* list = AType->Kind() == vkList ? static_cast<const ZOList::TTypeInfo*>(AType) : nullptr;
     const auto* map = AType->Kind() == vkMap ? static_cast<const ZOMap::TTypeInfo*>(AType) : nullptr;
     if (!AType->Name().isEmpty() && AType->Name() != KindName(AType->Kind()))
         return QStringLiteral("%1 (%2)").arg(AType->Name(), KindName(AType->Kind()));
-    if (list || map)
-        return Tr("%1 of %2")
-            .arg(KindName(AType->Kind()), TypeText((list ? list->ItemType() : map->ItemType())));
-    return KindName(AType->Kind());
+    if (!list && !map)
+        return KindName(AType->Kind());
+    if (ALevel == MaxContainers)
+        return QStringLiteral("...");
+    return Tr("%1 of %2")
+        .arg(KindName(AType->Kind()), TypeText(list ? list->ItemType() : map->ItemType(), ALevel + 1));
 }
 
 } // namespace

@@ -169,6 +169,17 @@ TEST_F(RowHints, SayPlaceTypeAndDescription) {
     EXPECT_EQ(Hint(view, "]"), "/list/0: list of integer");
 }
 
+TEST_F(RowHints, EndForTypesThatAreListsAndMapsOfThemselves) {
+    TZOTypeLibrary types;
+    ZOList::TTypeInfo* list = types.NewOpenList();
+    ZOMap::TTypeInfo* map = types.NewOpenMap();
+    TZOTypeLibrary::SetItemType(list, map);
+    TZOTypeLibrary::SetItemType(map, list);
+    TValueView view(list, R"([{"x": [{}]}])");
+    EXPECT_EQ(Hint(view, "["), "list of map of list of map of list of map of list of map of ...");
+    EXPECT_EQ(Hint(view, "x: ["), "/0/x: list of map of list of map of list of map of list of map of ...");
+}
+
 TEST_F(RowHints, AreShownAsPlainTextWhenThePointerRests) {
     TValueView view(Thing, Json);
     const QPoint point = view.Find("a/b~c: <red>")->Layout()->Bounds().center();
