@@ -10,7 +10,9 @@
 #include "runtime/types/Union.h"
 #include "runtime/types/ValueHolder.h"
 
-#include <algorithm>
+#include <QSet>
+
+#include <vector>
 
 namespace {
 
@@ -96,18 +98,11 @@ private:
             list->GetByRef(index, FAt.Storage);
     }
 
-    static bool CanTake(const TZOTypeInfo* AType, const QString& AStep) {
-        if (!AType)
-            return false;
+    static bool TakesStep(const TZOTypeInfo* AType, const QString& AStep) {
         if (AType->Kind() == vkObject) {
             const auto* object = static_cast<const ZOObject::TTypeInfo*>(AType);
             return object->FindProperty(AStep) ||
                    (object->GetHasSubtypes() && object->DiscriminatorName() == AStep);
-        }
-        if (AType->Kind() == vkUnion) {
-            const auto& tags = static_cast<const ZOUnion::TTypeInfo*>(AType)->Tags();
-            return std::any_of(tags.begin(), tags.end(),
-                               [&](const auto& t) { return t.Type != AType && CanTake(t.Type, AStep); });
         }
         bool isNumber = false;
         AStep.toInt(&isNumber);
@@ -115,12 +110,36 @@ private:
                (AType->Kind() == vkList && (isNumber || AStep == QStringLiteral("-")));
     }
 
+    /// Whether a value of AType takes the step, itself or, for a union, as an alternative at any depth.
+    /// ASeen: unions that are not looked into, as they may stand inside each other.
+    static bool LeadsToStep(const TZOTypeInfo* AType, const QString& AStep, QSet<const TZOTypeInfo*> ASeen) {
+        std::vector<const TZOTypeInfo*> open{AType};
+        while (!open.empty()) {
+            const TZOTypeInfo* type = open.back();
+            open.pop_back();
+            if (!type || ASeen.contains(type))
+                continue;
+            if (type->Kind() != vkUnion) {
+                if (TakesStep(type, AStep))
+                    return true;
+                continue;
+            }
+            ASeen.insert(type);
+            for (const ZOUnion::TTag& tag : static_cast<const ZOUnion::TTypeInfo*>(type)->Tags())
+                open.push_back(tag.Type);
+        }
+        return false;
+    }
+
     void ChooseTag(const QString& AStep) {
+        QSet<const TZOTypeInfo*> passed;
         while (FAt.Type->Kind() == vkUnion) {
             auto* value = *static_cast<ZOUnion**>(FAt.Storage);
             PTag tag = ZOUnion::TData::GetTag(value);
+            if (!tag)
+                passed.insert(FAt.Type);
             for (const ZOUnion::TTag& other : ZOUnion::TData::Type(value)->Tags()) {
-                if (!tag && CanTake(other.Type, AStep))
+                if (!tag && LeadsToStep(other.Type, AStep, passed))
                     tag = &other;
             }
             if (!tag || !tag->Type)

@@ -2,11 +2,10 @@
 
 namespace {
 
+bool IsReference(const TZOTypeInfo* AType) { return AType->Kind() == vkObject || AType->Kind() == vkUnion; }
+
 bool StartsPresent(const TZOTypeInfo* AType, const void* AValue) {
-    if (!AValue)
-        return false;
-    const bool isReference = AType->Kind() == vkObject || AType->Kind() == vkUnion;
-    return !isReference || *static_cast<void* const*>(AValue);
+    return AValue && (!IsReference(AType) || *static_cast<void* const*>(AValue));
 }
 
 } // namespace
@@ -54,15 +53,21 @@ bool TZOValueHolder::SetValue(bool AHasValue, void*& ARef) {
         if (AHasValue)
             ZOStorage::Construct(FType, FStorage);
         FHasValue = AHasValue;
-        if (!AHasValue) {
-            ZOStorage::Destroy(FType, FStorage);
-            // Whoever lent the storage sees a null reference, an empty text or no entries.
-            std::fill_n(static_cast<std::byte*>(FStorage), ZOStorage::Size(FType), std::byte(0));
-        }
+        if (!AHasValue)
+            Destroy();
     }
     if (AHasValue)
         ARef = FStorage;
     return true;
+}
+
+void TZOValueHolder::Destroy() {
+    ZOStorage::Destroy(FType, FStorage);
+    // Whoever lent the storage sees a null reference, or an empty value that may be used and destroyed.
+    if (IsReference(FType))
+        *static_cast<void**>(FStorage) = nullptr;
+    else if (FStorage != FBuffer)
+        ZOStorage::Construct(FType, FStorage);
 }
 
 bool TZOValueHolder::HasValue() const {

@@ -33,6 +33,8 @@ public:
     void Clear();
 
 private:
+    void Destroy();
+
     const TZOTypeInfo* FType;
     TZOValueHolder* FSource = nullptr;
     void* FStorage = nullptr;

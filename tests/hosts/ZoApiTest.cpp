@@ -188,6 +188,30 @@ paths:
     EXPECT_EQ(LastBody(), R"({"lives":9,"name":"Tom"})");
 }
 
+TEST_F(ZoApi, ChoosesAmongAlternativesThatStandInsideEachOther) {
+    Write(QStringLiteral("circle.yaml"), R"(openapi: 3.0.3
+info: {title: Circle, version: 1.0.0}
+paths:
+  /a:
+    post:
+      operationId: add
+      requestBody: {content: {application/json: {schema: {$ref: '#/components/schemas/A'}}}}
+      responses: {'204': {description: nothing}}
+components:
+  schemas:
+    A: {oneOf: [{type: string}, {$ref: '#/components/schemas/B'}, {$ref: '#/components/schemas/C'}]}
+    B: {oneOf: [{type: integer}, {$ref: '#/components/schemas/A'}]}
+    C: {oneOf: [{$ref: '#/components/schemas/B'}, {type: object, properties: {size: {type: integer}}}]}
+)");
+    Answer = TRawServer::Answer({}, {}, "204 No Content");
+    const QString server = QString::fromLatin1(Server.Url({}));
+    EXPECT_EQ(Run({"call", "circle.yaml", "add", "--set", "body/size=9", "--server", server}), 0)
+        << Errors.toStdString();
+    EXPECT_EQ(LastBody(), R"({"size":9})");
+    EXPECT_EQ(Run({"call", "circle.yaml", "add", "--set", "body/colour=9", "--server", server}), 2);
+    EXPECT_THAT(Errors.toStdString(), testing::HasSubstr("fits none of the alternatives there"));
+}
+
 TEST_F(ZoApi, SendsAndReceivesFiles) {
     Answer = TRawServer::Answer("pixels", "image/png");
     Write(QStringLiteral("in.png"), "picture");
@@ -330,6 +354,8 @@ TEST_F(ZoApi, RefusesWhatIsWrongWithTwo) {
         {"call", "pets.yaml", "getPet", "--set", "nothing=1"},
         {"call", "pets.yaml", "getPet", "--set", "id/x=1"},
         {"call", "pets.yaml", "getPet", "--set", "fields/3=a"},
+        {"call", "pets.yaml", "getPet", "--set", "fields=name"},
+        {"call", "pets.yaml", "addPet", "--set", "body/tags=[1"},
         {"call", "pets.yaml", "getPet", "--api-key", "k"},
         {"call", "pets.yaml", "getPet", "--request", "missing.json"},
         {"call", "pets.yaml", "addPet", "--request", "pets.yaml"},

@@ -45,6 +45,25 @@ TEST(ValueHolder, ShowsAndChangesStorageThatLivesElsewhere) {
     EXPECT_TRUE(text.isNull());
 }
 
+TEST(ValueHolder, LeavesAListAndAMapThatLiveElsewhereEmptyAndUsable) {
+    TZOTypeLibrary types;
+    const TZOTypeInfo* text = TZOTypeLibrary::Scalar(vkString);
+    ZOList list(types.NewList(text));
+    list.Append();
+    TZOValueHolder(list.Type(), &list, false).Clear();
+    EXPECT_EQ(list.Count(), 0);
+    list.Append();
+    EXPECT_EQ(list.Count(), 1);
+
+    ZOMap map(types.NewMap(text));
+    void* ref = nullptr;
+    map.GetByRef(QStringLiteral("a"), ref);
+    TZOValueHolder(map.Type(), &map, false).Clear();
+    EXPECT_EQ(map.Count(), 0);
+    map.GetByRef(QStringLiteral("b"), ref);
+    EXPECT_EQ(map.Keys(), QStringList{QStringLiteral("b")});
+}
+
 TEST(ValueHolder, TakesANullReferenceForAnAbsentObject) {
     TZOTypeLibrary types;
     const auto* type = types.NewObject(QStringLiteral("Object")).Type();
