@@ -4,14 +4,17 @@
 
 #include "jsoneditor/values/ValueText.h"
 #include "runtime/json/JsonCodec.h"
+#include "runtime/types/JsonText.h"
 #include "runtime/types/List.h"
 #include "runtime/types/Map.h"
 #include "runtime/types/Object.h"
+#include "runtime/types/Storage.h"
 #include "runtime/types/Union.h"
 #include "runtime/types/ValueHolder.h"
 
 #include <QSet>
 
+#include <functional>
 #include <vector>
 
 namespace {
@@ -24,6 +27,15 @@ namespace {
 QString Unescaped(QString AStep) {
     return AStep.replace(QStringLiteral("~1"), QStringLiteral("/"))
         .replace(QStringLiteral("~0"), QStringLiteral("~"));
+}
+
+QStringList StepsOf(const QString& APath) {
+    const QStringList steps = APath.split(u'/');
+    if (steps.size() > JsonText::MaxDepth)
+        throw EZOUsageError(QStringLiteral("The path \"%1...\" nests deeper than %2 levels.")
+                                .arg(APath.left(40))
+                                .arg(JsonText::MaxDepth));
+    return steps;
 }
 
 /// Walks from one value to another inside it.
@@ -46,6 +58,7 @@ public:
         case vkMap: {
             auto* map = static_cast<ZOMap*>(FAt.Storage);
             FAt.Type = map->Type()->ItemType();
+            FMakeAbsent = [map, AStep](void*& ARef) { map->SetItem(AStep, false, ARef); };
             return map->GetByRef(AStep, FAt.Storage);
         }
         default:
@@ -69,6 +82,12 @@ public:
         object = subtype->Type->CreateInstance().release();
     }
 
+    /// Makes the value absent where the last step led.
+    void MakeAbsent() {
+        void* none = nullptr;
+        FMakeAbsent(none);
+    }
+
 private:
     const ZOObject::TTypeInfo* Declared() const { return static_cast<const ZOObject::TTypeInfo*>(FAt.Type); }
 
@@ -82,6 +101,9 @@ private:
         if (!property)
             RaiseNoPlace(FPath, AStep, QStringLiteral("is no property there"));
         FAt.Type = property->Type;
+        FMakeAbsent = [object, property](void*& ARef) {
+            ZOObject::TData::SetProp(object, property->Index, false, ARef);
+        };
         ZOObject::TData::GetByRef(object, property->Index, FAt.Storage);
     }
 
@@ -92,6 +114,7 @@ private:
         if ((!isNumber && AStep != QStringLiteral("-")) || index < 0 || index > list->Count())
             RaiseNoPlace(FPath, AStep, QStringLiteral("is no element of the list, nor the next one"));
         FAt.Type = list->Type()->ItemType();
+        FMakeAbsent = [list, index](void*& ARef) { list->SetItem(index, false, ARef); };
         if (index == list->Count())
             list->Insert(index, true, FAt.Storage);
         else
@@ -151,39 +174,46 @@ private:
 
     QString FPath;
     TZOValuePlace FAt;
+    std::function<void(void*& ARef)> FMakeAbsent;
 };
 
-void StoreText(const TZOValuePlace& APlace, const QString& APath, const QString& AText) {
+/// Null is no value: it takes away what stands there.
+void StoreJson(TWalk& AWalk, const QString& AText) {
+    TZOValueHolder decoded(AWalk.At().Type, true);
+    TZOJson::Decode(AText.toUtf8(), decoded);
+    void* value = nullptr;
+    if (decoded.GetValue(value))
+        ZOStorage::Swap(AWalk.At().Type, AWalk.At().Storage, value);
+    else
+        AWalk.MakeAbsent();
+}
+
+void StoreText(TWalk& AWalk, const QString& AText) {
+    const TZOValuePlace place = AWalk.At();
     bool isLong = false;
-    const qint64 number = APlace.Type->Kind() == vkInt64 ? AText.toLongLong(&isLong) : 0;
-    try {
-        if (isLong) {
-            *static_cast<qint64*>(APlace.Storage) = number;
-        } else if (ValueText::IsContainer(APlace.Type->Kind())) {
-            TZOValueHolder holder(APlace.Type, APlace.Storage, false);
-            TZOJson::Decode(AText.toUtf8(), holder);
-        } else if (APlace.Type->Kind() == vkUpload || APlace.Type->Kind() == vkDownload) {
-            throw EZOUsageError(QStringLiteral("it takes a file: use --upload"));
-        } else {
-            ValueText::FromText(APlace.Type, AText, APlace.Storage);
-        }
-    } catch (const EException& error) {
-        throw EZOUsageError(QStringLiteral("\"%1\" cannot be set: %2").arg(APath, error.Message()));
-    }
+    const qint64 number = place.Type->Kind() == vkInt64 ? AText.toLongLong(&isLong) : 0;
+    if (isLong)
+        *static_cast<qint64*>(place.Storage) = number;
+    else if (ValueText::IsContainer(place.Type->Kind()))
+        StoreJson(AWalk, AText);
+    else if (place.Type->Kind() == vkUpload || place.Type->Kind() == vkDownload)
+        throw EZOUsageError(QStringLiteral("it takes a file: use --upload"));
+    else
+        ValueText::FromText(place.Type, AText, place.Storage);
 }
 
 } // namespace
 
 TZOValuePlace RequestPath::Reach(TZOValueHolder& ARoot, const QString& APath) {
     TWalk walk(ARoot, APath);
-    for (const QString& step : APath.split(u'/'))
+    for (const QString& step : StepsOf(APath))
         walk.Step(Unescaped(step));
     return walk.At();
 }
 
 void RequestPath::Set(TZOValueHolder& ARoot, const QString& APath, const QString& AText) {
     TWalk walk(ARoot, APath);
-    const QStringList steps = APath.split(u'/');
+    const QStringList steps = StepsOf(APath);
     for (qsizetype i = 0; i < steps.size(); ++i) {
         const QString step = Unescaped(steps[i]);
         if (i + 1 == steps.size() && walk.IsDiscriminator(step)) {
@@ -192,5 +222,9 @@ void RequestPath::Set(TZOValueHolder& ARoot, const QString& APath, const QString
         }
         walk.Step(step);
     }
-    StoreText(walk.At(), APath, AText);
+    try {
+        StoreText(walk, AText);
+    } catch (const EException& error) {
+        throw EZOUsageError(QStringLiteral("\"%1\" cannot be set: %2").arg(APath, error.Message()));
+    }
 }

@@ -19,7 +19,8 @@ namespace RequestPath {
 TZOValuePlace Reach(TZOValueHolder& ARoot, const QString& APath);
 
 /// Writes AText into the value at APath: read by its type, containers from JSON; the value of a
-/// discriminator picks the subtype. Raises EZOUsageError for a text that does not fit.
+/// discriminator picks the subtype, and a JSON null for a container takes it away. Raises EZOUsageError for a
+/// text that does not fit.
 void Set(TZOValueHolder& ARoot, const QString& APath, const QString& AText);
 
 } // namespace RequestPath

@@ -165,6 +165,14 @@ TEST_F(ZoApi, BuildsTheRequestFromJsonAndFromPaths) {
     EXPECT_EQ(LastBody(), R"({"name":"Rex","tags":["x"],"owner":{"owner":"Ann"}})");
     EXPECT_EQ(Output, "");
     EXPECT_EQ(Errors, "Ok\n");
+    for (const char* part : {"body/tags=null", "body/owner=null"}) {
+        EXPECT_EQ(Call({"addPet", "--request", "-", "--set", QString::fromLatin1(part)},
+                       R"({"body": {"name": "Rex", "tags": ["a"], "owner": "Ann"}})"),
+                  0)
+            << Errors.toStdString();
+        EXPECT_EQ(LastBody(), QByteArray(part).contains("tags") ? R"({"name":"Rex","owner":"Ann"})"
+                                                                : R"({"name":"Rex","tags":["a"]})");
+    }
 }
 
 TEST_F(ZoApi, StaysWithTheAlternativeThatAPathHasChosen) {
@@ -356,6 +364,8 @@ TEST_F(ZoApi, RefusesWhatIsWrongWithTwo) {
         {"call", "pets.yaml", "getPet", "--set", "fields/3=a"},
         {"call", "pets.yaml", "getPet", "--set", "fields=name"},
         {"call", "pets.yaml", "addPet", "--set", "body/tags=[1"},
+        {"call", "pets.yaml", "addPet", "--set",
+         "body" + QStringLiteral("/owner").repeated(9000) + "/name=x"},
         {"call", "pets.yaml", "getPet", "--api-key", "k"},
         {"call", "pets.yaml", "getPet", "--request", "missing.json"},
         {"call", "pets.yaml", "addPet", "--request", "pets.yaml"},
