@@ -207,3 +207,12 @@ void TEditorUser::ClickField(const QString& AName) {
     FDriver.WaitFor(QStringLiteral("%1 does not take the focus").arg(AName),
                     [&] { return Field(AName) && Field(AName)->hasFocus(); });
 }
+
+void TEditorUser::DismissDialog() {
+    FDriver.WaitFor(QStringLiteral("no dialog opens"), [] {
+        return QApplication::activeModalWidget() && QApplication::activeModalWidget()->isActiveWindow();
+    });
+    FDriver.Press({QStringLiteral("Escape")});
+    FDriver.WaitFor(QStringLiteral("the dialog stays open"),
+                    [] { return QApplication::activeModalWidget() == nullptr; });
+}

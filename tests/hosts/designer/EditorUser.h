@@ -35,6 +35,8 @@ public:
     /// Waits until the field of that name in the explorer holds AText.
     void SeeField(const QString& AName, const QString& AText);
     void ClickField(const QString& AName);
+    /// Waits until a dialog is open, and closes it with Escape.
+    void DismissDialog();
     /// Clicks on the box whose caption contains AText, and waits until it is checked.
     void CheckBox(const QString& AText);
     /// Gives the editor another palette, and waits until the explorer's frame follows.

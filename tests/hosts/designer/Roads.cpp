@@ -111,6 +111,8 @@ void Remove(TEditorUser& AUser) {
     driver.WaitFor(QStringLiteral("the form does not close"), [&] { return !ComponentOfForm(AUser.Core()); });
     driver.SeeNoMore(QStringLiteral("Service options"));
     driver.SeeNoMore(QStringLiteral("libraryService"));
+    // An editor without a form offers a new one, a moment later.
+    AUser.DismissDialog();
 }
 
 void DropDocument(TEditorUser& AUser) {
