@@ -85,7 +85,9 @@ void TZOExecutePage::Execute() {
     // The page or its service may go while the user chooses a file.
     if (!DownloadSaveAs(false) || !AgreeToOverwrite() || !self || !Service())
         return;
-    const bool hadFocus = FUi->ExecButton->hasFocus();
+    // Just after a dialog the window is not active yet, but has the control in store that gets the focus
+    // then.
+    const bool hadFocus = window()->focusWidget() == FUi->ExecButton;
     // A button that is disabled gives the focus to the next control, which would be scrolled to.
     if (hadFocus)
         FUi->ScrollBox->setFocus();

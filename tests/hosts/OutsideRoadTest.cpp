@@ -82,6 +82,7 @@ TEST_F(OutsideRoad, AGibibyteArrivesWholeEachWayAndTheProgramStaysSmall) {
     user->Type(target);
     user->Press(QStringLiteral("Return"));
     EXPECT_TRUE(TOutsideUser::WaitFor([&] { return QFile(target).size() == Gibibyte; }));
+    EXPECT_TRUE(user->WaitForRest());
     user->Picture(QStringLiteral("outside-download"));
     EXPECT_EQ(Checksum(target), checksum);
 
@@ -95,6 +96,7 @@ TEST_F(OutsideRoad, AGibibyteArrivesWholeEachWayAndTheProgramStaysSmall) {
     user->Press(QStringLiteral("ctrl+Return"));
     const QString stored = server.FilePath(QStringLiteral("upload/stored"));
     EXPECT_TRUE(TOutsideUser::WaitFor([&] { return QFile(stored).size() == Gibibyte; }));
+    EXPECT_TRUE(user->WaitForRest());
     user->Picture(QStringLiteral("outside-upload"));
     EXPECT_EQ(Checksum(stored), checksum);
     const qint64 peak = user->PeakMemory();

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int PatienceMs = 30'000;
 constexpr int LookEveryMs = 40;
+constexpr int RestMs = 1000;
 
 } // namespace
 
@@ -64,6 +65,17 @@ bool TOutsideUser::WaitFor(const std::function<bool()>& AIsThere) {
         QThread::msleep(LookEveryMs);
     }
     return true;
+}
+
+bool TOutsideUser::WaitForRest() {
+    QImage last;
+    QElapsedTimer rest;
+    return WaitFor([&] {
+        const QImage now = Screen();
+        if (std::exchange(last, now) != now)
+            rest.start();
+        return rest.elapsed() > RestMs;
+    });
 }
 
 void TOutsideUser::Do(const QStringList& AArguments) {

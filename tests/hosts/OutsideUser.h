@@ -25,6 +25,10 @@ public:
     /// The same without waiting for the screen.
     void PressOnly(const QString& AKey);
 
+    /// Waits until the screen has not changed for a second, as it does all the time while a request runs,
+    /// which no key reaches; false when that does not come. A caret that blinks is no rest.
+    bool WaitForRest();
+
     /// From the service list to the operations of a service, and from there to an operation.
     void Open(const QString& AName);
     /// Ends the program as a user does; false when it does not end well.

@@ -5,6 +5,7 @@
 
 #include "platform/IdeTheming.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -131,6 +132,19 @@ TEST_F(ExecutePage, ADownloadWithoutDestinationAsksForOne) {
     EXPECT_EQ(ExecButton()->text(), QStringLiteral("Execute"));
     EXPECT_TRUE(ExecButton()->isEnabled());
     EXPECT_EQ(Find<QLineEdit>("DownloadEdit")->text(), QString());
+}
+
+TEST_F(ExecutePage, TheButtonKeepsTheFocusWhenItsDialogHasTakenTheWindows) {
+    ShowOperation(QStringLiteral("Download"));
+    Fill(QStringLiteral("bytes"), QStringLiteral("7"));
+    TestDialogs.Answers = {Folder.filePath(QStringLiteral("out"))};
+    // The display server gives the focus back to the window a while after its dialog is gone.
+    TestDialogs.OnAsked = [] { QApplication::setActiveWindow(nullptr); };
+    ExecButton()->setFocus();
+    QTest::keyClick(ExecButton(), Qt::Key_Space);
+    EXPECT_EQ(Lines(RespView()).front(), QStringLiteral("File downloaded to:"));
+    QApplication::setActiveWindow(Shell->window());
+    EXPECT_TRUE(ExecButton()->hasFocus());
 }
 
 TEST_F(ExecutePage, ADownloadThatIsNotAskedForLeavesTheOutcomeOfTheLastOne) {

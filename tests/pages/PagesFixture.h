@@ -21,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -49,11 +50,14 @@ public:
 
     QStringList Asked;
     std::deque<std::optional<QString>> Answers; // none left: cancel
-    bool IsAgreed = false;                      // to the next question
+    std::function<void()> OnAsked;
+    bool IsAgreed = false; // to the next question
 
 private:
     std::optional<QString> Answer(const QString& AQuestion) {
         Asked.append(AQuestion);
+        if (OnAsked)
+            OnAsked();
         if (Answers.empty())
             return std::nullopt;
         const std::optional<QString> answer = Answers.front();

@@ -103,6 +103,8 @@ void TEditorUser::ChooseFromMenu(const QString& ACommand) {
     FDriver.WaitFor(QStringLiteral("no menu opens"), [] { return QApplication::activePopupWidget(); });
     FDriver.PressUntilAt(QStringLiteral("Down"), ACommand);
     FDriver.Press({QStringLiteral("Return")});
+    // Whatever is pressed sooner would go to the menu.
+    FDriver.WaitFor(QStringLiteral("the menu stays open"), [] { return !QApplication::activePopupWidget(); });
 }
 
 void TEditorUser::EditProperty(const QString& AName, const QString& AValue) {
@@ -112,8 +114,10 @@ void TEditorUser::EditProperty(const QString& AName, const QString& AValue) {
         return place.has_value();
     });
     FDriver.ClickAt(*place);
-    FDriver.WaitFor(QStringLiteral("the value of %1 cannot be edited").arg(AName),
-                    [] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr; });
+    FDriver.WaitFor(QStringLiteral("the value of %1 cannot be edited").arg(AName), [this] {
+        const auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+        return edit && FCore->propertyEditor()->isAncestorOf(edit);
+    });
     FDriver.Press({QStringLiteral("ctrl+a")});
     FDriver.Type(AValue);
     FDriver.Press({QStringLiteral("Return")});
@@ -214,5 +218,5 @@ void TEditorUser::DismissDialog() {
     });
     FDriver.Press({QStringLiteral("Escape")});
     FDriver.WaitFor(QStringLiteral("the dialog stays open"),
-                    [] { return QApplication::activeModalWidget() == nullptr; });
+                    [] { return !QApplication::activeModalWidget(); });
 }
