@@ -85,8 +85,7 @@ void TZOExecutePage::Execute() {
     // The page or its service may go while the user chooses a file.
     if (!DownloadSaveAs(false) || !AgreeToOverwrite() || !self || !Service())
         return;
-    // Just after a dialog the window is not active yet, but has the control in store that gets the focus
-    // then.
+    // Just after a dialog the window is not active yet, but knows which control will get the focus.
     const bool hadFocus = window()->focusWidget() == FUi->ExecButton;
     // A button that is disabled gives the focus to the next control, which would be scrolled to.
     if (hadFocus)

@@ -25,8 +25,8 @@ public:
     /// The same without waiting for the screen.
     void PressOnly(const QString& AKey);
 
-    /// Waits until the screen has not changed for a second, as it does all the time while a request runs,
-    /// which no key reaches; false when that does not come. A caret that blinks is no rest.
+    /// Waits until nothing on the screen has changed for a second; false when that does not come. A request
+    /// that runs, which no key reaches, shows its time and is no rest; nor is a caret that blinks.
     bool WaitForRest();
 
     /// From the service list to the operations of a service, and from there to an operation.

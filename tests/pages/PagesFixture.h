@@ -50,8 +50,8 @@ public:
 
     QStringList Asked;
     std::deque<std::optional<QString>> Answers; // none left: cancel
-    std::function<void()> OnAsked;
-    bool IsAgreed = false; // to the next question
+    std::function<void()> OnAsked;              // while a name is asked for
+    bool IsAgreed = false;                      // to the next question
 
 private:
     std::optional<QString> Answer(const QString& AQuestion) {
