@@ -24,5 +24,11 @@ protected:
         file.write(QByteArray("SQLite format 3\0", 16) + QByteArray(4080, 'x'));
     }
 
+    /// A YAML key and its list that even a machine of several times today's pace does not read at once.
+    static QByteArray LongYaml() {
+        const QByteArray line = "  - {name: some text, value: 12345, list: [a, b, c]}\n";
+        return "x-more:\n" + line.repeated((qint64(64) << 20) / line.size());
+    }
+
     QTemporaryDir Folder;
 };

@@ -51,7 +51,7 @@ protected:
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
             QWidget* dialog = QApplication::activeModalWidget();
-            if (!dialog || !dialog->isVisible() || wasSeen)
+            if (!dialog || !dialog->isActiveWindow() || wasSeen)
                 return;
             wasSeen = true;
             if (AIsOurs)
@@ -120,10 +120,7 @@ TEST_F(HostLook, OfTheProblems) {
 }
 
 TEST_F(HostLook, OfALongImport) {
-    QByteArray text = "paths: {}\nx-more:\n";
-    while (text.size() < (12 << 20))
-        text += "  - {name: some text, value: 12345, list: [a, b, c]}\n";
-    const QString path = WriteApi(text);
+    const QString path = WriteApi("paths: {}\n" + LongYaml());
     EachTheme([&](const QString& ATheme) {
         SeeDialog(
             QStringLiteral("progress-") + ATheme, [&] { Window->OpenDocuments({path}); }, false);
