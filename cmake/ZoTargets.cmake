@@ -105,13 +105,18 @@ function(zo_program name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
 endfunction()
 
-# zo_test(NAME SOURCES... LINK... [TIMEOUT SECONDS]): one GoogleTest program, every test of it one ctest test.
+# zo_test(NAME SOURCES... LINK... [TIMEOUT SECONDS] [NEEDS FIXTURE]): one GoogleTest program, every test of it
+# one ctest test.
 function(zo_test name)
-  cmake_parse_arguments(A "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "" "TIMEOUT;NEEDS" "SOURCES;LINK" ${ARGN})
   if(NOT A_TIMEOUT)
     set(A_TIMEOUT 120)
   endif()
   zo_program(${name} SOURCES ${A_SOURCES} LINK ${A_LINK} zo_test_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${A_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  set(properties TIMEOUT ${A_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  if(A_NEEDS)
+    list(APPEND properties FIXTURES_REQUIRED ${A_NEEDS})
+  endif()
+  # Printed values would bring addresses into the names, which change from build to build.
+  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()
