@@ -2,6 +2,8 @@
 
 #include "tests/servers/Faults_p.h"
 
+#include "runtime/types/Limits.h"
+
 namespace {
 
 constexpr const char* Broken = "The connection to %1 broke before the answer was complete.";
@@ -102,6 +104,11 @@ const std::vector<TFault>& TFaultServer::Faults() {
         {"error-in-wrong-gzip", "EZOHttpStatusError", "418 I'm a teapot"},
     };
     return faults;
+}
+
+int TFaultServer::StallTimeoutMs(const QByteArray& AFault) {
+    const bool isShort = AFault.startsWith("silence") || AFault.startsWith("slow-drip");
+    return isShort ? 300 : Limits::StallTimeoutMs;
 }
 
 TFaultServer::TFaultServer()

@@ -21,8 +21,10 @@ struct TFault {
 class TFaultServer {
 public:
     /// What the limits of a client have to be for the failures to come as they are listed.
-    static constexpr int StallTimeoutMs = 300;
     static constexpr qint64 MaxBodyBytes = 1024 * 1024;
+
+    /// Short for what keeps silent: a busy machine may take long for any other answer.
+    static int StallTimeoutMs(const QByteArray& AFault);
 
     /// Every fault that a GET request can meet.
     static const std::vector<TFault>& Faults();

@@ -32,16 +32,20 @@ protected:
         Service = Class->Create();
         Service->SetApiKey("planted-key");
         TZOHttpClient& client = Service->HttpClient();
-        client.Limits().StallTimeoutMs = TFaultServer::StallTimeoutMs;
         client.Limits().MaxBodyBytes = TFaultServer::MaxBodyBytes;
         // Drips never end by themselves.
         client.SetIdle([this](qint64, qint64) { return Clock.elapsed() < 1000 || !IsDrip; });
         Clock.start();
     }
 
-    QByteArray Read(const QByteArray& AFault) {
+    void Begin(const QByteArray& AFault) {
+        Service->HttpClient().Limits().StallTimeoutMs = TFaultServer::StallTimeoutMs(AFault);
         IsDrip = AFault.startsWith("slow-drip");
         Clock.restart();
+    }
+
+    QByteArray Read(const QByteArray& AFault) {
+        Begin(AFault);
         return Exec(*Service, "Read", "{\"fault\":\"" + AFault + "\"}");
     }
 
@@ -53,8 +57,7 @@ protected:
         void* ref = nullptr;
         response.GetByRef(ref);
         static_cast<ZODownload*>(ref)->SetStream(&AFile);
-        IsDrip = AFault.startsWith("slow-drip");
-        Clock.restart();
+        Begin(AFault);
         request.ExecRequest(&response);
     }
 
