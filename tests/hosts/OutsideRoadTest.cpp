@@ -37,8 +37,8 @@ protected:
         EXPECT_TRUE(process.waitForFinished(60000));
         return process.readAllStandardOutput().left(64);
     }
-    static std::unique_ptr<TOutsideUser> Start(const QString& ADocument) {
-        return std::make_unique<TOutsideUser>(QStringLiteral(ZO_EXPLORER), QStringList{ADocument});
+    static std::unique_ptr<TOutsideUser> Start(const QString& ADocument, const QString& AFolder = {}) {
+        return std::make_unique<TOutsideUser>(QStringLiteral(ZO_EXPLORER), QStringList{ADocument}, AFolder);
     }
 
     QTemporaryDir Folder;
@@ -63,7 +63,8 @@ void MakeSparseFile(const QString& AName) {
 
 TEST_F(OutsideRoad, AGibibyteArrivesWholeEachWayAndTheProgramStaysSmall) {
     TNginxServer server;
-    const QString source = server.FilePath(QStringLiteral("files/large"));
+    const QString folder = server.FilePath(QStringLiteral("files"));
+    const QString source = folder + QStringLiteral("/large");
     MakeSparseFile(source);
     const QByteArray checksum = Checksum(source);
     const QByteArray bytes = "{content: {application/octet-stream: {schema: {type: string, format: binary}}}";
@@ -74,12 +75,14 @@ TEST_F(OutsideRoad, AGibibyteArrivesWholeEachWayAndTheProgramStaysSmall) {
                   ", description: d}}}}\n  /upload/stored: {put: {operationId: store, "
                   "requestBody: " +
                   bytes + "}, responses: {'201': {description: d}}}}\n");
-    const auto user = Start(document);
+    // From here names are enough for the file dialog, which would look up the folders of a path between keys.
+    const auto user = Start(document, folder);
     user->Open(QStringLiteral("Files_"));
     user->Open(QStringLiteral("fetch"));
     user->Press(QStringLiteral("ctrl+Return"));
-    const QString target = Folder.filePath(QStringLiteral("fetched"));
-    user->Type(target);
+    EXPECT_TRUE(TOutsideUser::WaitForWindow(QStringLiteral("Download to file")));
+    const QString target = folder + QStringLiteral("/fetched");
+    user->Type(QStringLiteral("fetched"));
     user->Press(QStringLiteral("Return"));
     EXPECT_TRUE(TOutsideUser::WaitFor([&] { return QFile(target).size() == Gibibyte; }));
     EXPECT_TRUE(user->WaitForRest());
@@ -91,7 +94,8 @@ TEST_F(OutsideRoad, AGibibyteArrivesWholeEachWayAndTheProgramStaysSmall) {
     user->Open(QStringLiteral("Files_"));
     user->Open(QStringLiteral("store"));
     user->Click(FirstValue, 2);
-    user->Type(source);
+    EXPECT_TRUE(TOutsideUser::WaitForWindow(QStringLiteral("Select file to upload")));
+    user->Type(QStringLiteral("large"));
     user->Press(QStringLiteral("Return"));
     user->Press(QStringLiteral("ctrl+Return"));
     const QString stored = server.FilePath(QStringLiteral("upload/stored"));

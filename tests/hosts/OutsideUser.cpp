@@ -11,15 +11,16 @@
 
 namespace {
 
-constexpr int PatienceMs = 30'000;
+constexpr int PatienceMs = 120'000; // a gibibyte on a busy machine
 constexpr int LookEveryMs = 40;
 constexpr int RestMs = 1000;
 
 } // namespace
 
-TOutsideUser::TOutsideUser(const QString& AProgram, const QStringList& AArguments) {
+TOutsideUser::TOutsideUser(const QString& AProgram, const QStringList& AArguments, const QString& AFolder) {
     const QImage empty = Screen();
     FProcess.setProcessChannelMode(QProcess::ForwardedChannels);
+    FProcess.setWorkingDirectory(AFolder);
     FProcess.start(AProgram, AArguments);
     const bool isThere = WaitFor([this] {
         FWindow = QString::fromUtf8(Xdotool({"search", "--onlyvisible", "--name", "^ZO Bridgework"}))
@@ -65,6 +66,12 @@ bool TOutsideUser::WaitFor(const std::function<bool()>& AIsThere) {
         QThread::msleep(LookEveryMs);
     }
     return true;
+}
+
+bool TOutsideUser::WaitForWindow(const QString& ATitle) {
+    return WaitFor([&] {
+        return QString::fromUtf8(Xdotool({"getactivewindow", "getwindowname"})).trimmed() == ATitle;
+    });
 }
 
 bool TOutsideUser::WaitForRest() {

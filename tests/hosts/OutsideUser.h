@@ -9,10 +9,11 @@
 
 #include <functional>
 
-/// Runs one zoexplorer in a window of a fixed size. Raises std::runtime_error when the window does not come.
+/// Runs one zoexplorer in a window of a fixed size, from AFolder, where file dialogs begin. Raises
+/// std::runtime_error when the window does not come.
 class TOutsideUser {
 public:
-    TOutsideUser(const QString& AProgram, const QStringList& AArguments);
+    TOutsideUser(const QString& AProgram, const QStringList& AArguments, const QString& AFolder);
     TOutsideUser(const TOutsideUser&) = delete;
     TOutsideUser& operator=(const TOutsideUser&) = delete;
     ~TOutsideUser();
@@ -25,6 +26,8 @@ public:
     /// The same without waiting for the screen.
     void PressOnly(const QString& AKey);
 
+    /// Waits until the window of this title has the keys; false when it does not come.
+    static bool WaitForWindow(const QString& ATitle);
     /// Waits until nothing on the screen has changed for a second; false when that does not come. A request
     /// that runs, which no key reaches, shows its time and is no rest; nor is a caret that blinks.
     bool WaitForRest();
@@ -39,7 +42,7 @@ public:
     /// Writes what the screen shows into the folder of ZO_PICTURES, if there is one.
     void Picture(const QString& AName) const;
 
-    /// Waits for AIsThere, for half a minute at most; false when it did not come.
+    /// Waits for AIsThere, for two minutes at most; false when it did not come.
     static bool WaitFor(const std::function<bool()>& AIsThere);
 
 private:
